@@ -1,0 +1,63 @@
+#pragma once
+// Owning wrappers for registry keys, kernel handles, modules and windows.
+#include <windows.h>
+#include <utility>
+
+namespace tov {
+
+template <class H, class Traits> class UniqueHandle {
+public:
+    UniqueHandle() noexcept = default;
+    explicit UniqueHandle(H h) noexcept : m_h(h) {}
+    UniqueHandle(UniqueHandle&& o) noexcept : m_h(std::exchange(o.m_h, Traits::Invalid())) {}
+    UniqueHandle& operator=(UniqueHandle&& o) noexcept
+    {
+        if (this != &o) { Reset(); m_h = std::exchange(o.m_h, Traits::Invalid()); }
+        return *this;
+    }
+    UniqueHandle(const UniqueHandle&) = delete;
+    UniqueHandle& operator=(const UniqueHandle&) = delete;
+    ~UniqueHandle() { Reset(); }
+
+    void Reset(H h = Traits::Invalid()) noexcept
+    {
+        H old = std::exchange(m_h, h);
+        if (old != Traits::Invalid()) Traits::Close(old);
+    }
+    H Get() const noexcept { return m_h; }
+    H* Put() noexcept { Reset(); return &m_h; }
+    H Release() noexcept { return std::exchange(m_h, Traits::Invalid()); }
+    explicit operator bool() const noexcept { return m_h != Traits::Invalid(); }
+
+private:
+    H m_h = Traits::Invalid();
+};
+
+struct RegKeyTraits {
+    static HKEY Invalid() noexcept { return nullptr; }
+    static void Close(HKEY h) noexcept { RegCloseKey(h); }
+};
+struct FileHandleTraits {
+    static HANDLE Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(HANDLE h) noexcept { CloseHandle(h); }
+};
+struct KernelHandleTraits {
+    static HANDLE Invalid() noexcept { return nullptr; }
+    static void Close(HANDLE h) noexcept { CloseHandle(h); }
+};
+struct WindowTraits {
+    static HWND Invalid() noexcept { return nullptr; }
+    static void Close(HWND h) noexcept { if (IsWindow(h)) DestroyWindow(h); }
+};
+struct LibraryTraits {
+    static HMODULE Invalid() noexcept { return nullptr; }
+    static void Close(HMODULE h) noexcept { FreeLibrary(h); }
+};
+
+using UniqueHKey = UniqueHandle<HKEY, RegKeyTraits>;
+using UniqueFile = UniqueHandle<HANDLE, FileHandleTraits>;
+using UniqueKernelHandle = UniqueHandle<HANDLE, KernelHandleTraits>;
+using UniqueWindow = UniqueHandle<HWND, WindowTraits>;
+using UniqueLibrary = UniqueHandle<HMODULE, LibraryTraits>;
+
+} // namespace tov

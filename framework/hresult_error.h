@@ -1,0 +1,56 @@
+#pragma once
+// Failures inside the control travel as exceptions carrying an HRESULT and are caught at every COM boundary.
+#include <windows.h>
+#include <exception>
+
+namespace tov {
+
+class HResultError : public std::exception {
+public:
+    explicit HResultError(HRESULT hr) noexcept : m_hr(hr) {}
+    HRESULT Code() const noexcept { return m_hr; }
+    const char* what() const noexcept override { return "HRESULT failure"; }
+
+private:
+    HRESULT m_hr;
+};
+
+[[noreturn]] inline void Throw(HRESULT hr) { throw HResultError(hr); }
+
+inline HRESULT ThrowIfFailed(HRESULT hr)
+{
+    if (FAILED(hr)) Throw(hr);
+    return hr;
+}
+
+template <class T> T* ThrowIfNull(T* p, HRESULT hr = E_OUTOFMEMORY)
+{
+    if (!p) Throw(hr);
+    return p;
+}
+
+// The HRESULT that an exception caught at a COM boundary stands for.
+inline HRESULT HResultFromCurrentException() noexcept
+{
+    try {
+        throw;
+    } catch (const HResultError& e) {
+        return e.Code();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+// Runs a body at a COM boundary: no exception leaves it.
+template <class F> HRESULT GuardedCall(F&& body) noexcept
+{
+    try {
+        return body();
+    } catch (...) {
+        return HResultFromCurrentException();
+    }
+}
+
+} // namespace tov

@@ -1,0 +1,37 @@
+#pragma once
+// The built TOVHTML.OCX as a test sees it: loaded from beside the test executable, entry points by name.
+#include <windows.h>
+#include <string>
+#include "framework/com_ptr.h"
+#include "TOVHTML_h.h"
+
+namespace tovtest {
+
+std::wstring ExeDir();
+std::wstring OcxPath();
+std::wstring TempDir();
+
+class Ocx {
+public:
+    Ocx();
+    ~Ocx();
+    Ocx(const Ocx&) = delete;
+    Ocx& operator=(const Ocx&) = delete;
+
+    HMODULE Handle() const { return m_module; }
+    HRESULT GetClassObject(REFCLSID clsid, REFIID riid, void** ppv) const;
+    HRESULT CanUnloadNow() const;
+    HRESULT Register() const;
+    HRESULT Unregister() const;
+    // A control made through the class object.
+    tov::ComPtr<ITOVHTMLControl> CreateControl() const;
+
+private:
+    template <class F> F Proc(const char* name) const { return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(m_module, name))); }
+    HMODULE m_module = nullptr;
+};
+
+// Runs a command line and waits; returns the process exit code, or -1 when it could not start.
+int RunProcess(const std::wstring& commandLine, DWORD timeoutMs = 120000);
+
+} // namespace tovtest

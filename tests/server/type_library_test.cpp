@@ -1,1 +1,238 @@
+// The type library embedded in the OCX, read back through oleaut32 exactly as a late-bound client sees it.
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
+#include <exdisp.h>
+#include "frontend/type_library_text.h"
+#include "support/ocx.h"
+
+using tov::ComPtr;
+using tovfe::Functions;
+using tovfe::GuidText;
+
+namespace {
+
+class TypeLibrary : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(S_OK, LoadTypeLibEx(tovtest::OcxPath().c_str(), REGKIND_NONE, lib.Put()));
+    }
+    ComPtr<ITypeInfo> Info(UINT index)
+    {
+        ComPtr<ITypeInfo> ti;
+        EXPECT_EQ(S_OK, lib->GetTypeInfo(index, ti.Put()));
+        return ti;
+    }
+    // The vtable view of a dual interface.
+    ComPtr<ITypeInfo> VtableView(UINT index)
+    {
+        ComPtr<ITypeInfo> disp = Info(index), vt;
+        HREFTYPE ref = 0;
+        EXPECT_EQ(S_OK, disp->GetRefTypeOfImplType(static_cast<UINT>(-1), &ref));
+        EXPECT_EQ(S_OK, disp->GetRefTypeInfo(ref, vt.Put()));
+        return vt;
+    }
+    ComPtr<ITypeLib> lib;
+};
+
+void ExpectLines(const std::vector<std::wstring>& expected, const std::vector<std::wstring>& actual)
+{
+    ASSERT_EQ(expected.size(), actual.size());
+    for (size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(expected[i], actual[i]) << "function " << i;
+}
+
+} // namespace
+
+TEST_F(TypeLibrary, LibraryAttributesAndTypesInOrder)
+{
+    TLIBATTR* la = nullptr;
+    ASSERT_EQ(S_OK, lib->GetLibAttr(&la));
+    EXPECT_EQ(GuidText(LIBID_TOVHTMLCONTROLLib), GuidText(la->guid));
+    EXPECT_EQ(1, la->wMajorVerNum);
+    EXPECT_EQ(1, la->wMinorVerNum);
+    EXPECT_EQ(SYS_WIN64, la->syskind);
+    lib->ReleaseTLibAttr(la);
+    BSTR name = nullptr, help = nullptr;
+    ASSERT_EQ(S_OK, lib->GetDocumentation(-1, &name, &help, nullptr, nullptr));
+    EXPECT_STREQ(L"TOVHTMLCONTROLLib", name);
+    EXPECT_STREQ(L"TOV HTML Control", help);
+    SysFreeString(name);
+    SysFreeString(help);
+
+    struct Type {
+        const wchar_t* name;
+        TYPEKIND kind;
+        GUID guid;
+        WORD flags;
+        const wchar_t* help;
+    };
+    const Type expected[] = {
+        {L"_TOVHTMLControlEvents", TKIND_DISPATCH, DIID__TOVHTMLControlEvents, TYPEFLAG_FDISPATCHABLE, L"TOV HTML Control Events"},
+        {L"TOVHTMLControl", TKIND_COCLASS, CLSID_TOVHTMLControl, TYPEFLAG_FCANCREATE, L"TOV HTML Control"},
+        {L"ITOVHTMLControl", TKIND_DISPATCH, IID_ITOVHTMLControl,
+         TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE, L"ITOVHTMLControl Interface"},
+        {L"IWebBrowserEvents", TKIND_DISPATCH, IID_IWebBrowserEvents,
+         TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE, L"IWebBrowserEvents Interface"},
+        {L"IWebBrowserEvents2", TKIND_DISPATCH, IID_IWebBrowserEvents2,
+         TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE, L"IWebBrowserEvents2 Interface"},
+    };
+    ASSERT_EQ(5u, lib->GetTypeInfoCount());
+    for (UINT i = 0; i < 5; ++i) {
+        SCOPED_TRACE(expected[i].name);
+        TYPEKIND kind;
+        ASSERT_EQ(S_OK, lib->GetTypeInfoType(i, &kind));
+        EXPECT_EQ(expected[i].kind, kind);
+        ASSERT_EQ(S_OK, lib->GetDocumentation(i, &name, &help, nullptr, nullptr));
+        EXPECT_STREQ(expected[i].name, name);
+        EXPECT_STREQ(expected[i].help, help);
+        SysFreeString(name);
+        SysFreeString(help);
+        auto ti = Info(i);
+        TYPEATTR* ta = nullptr;
+        ASSERT_EQ(S_OK, ti->GetTypeAttr(&ta));
+        EXPECT_EQ(GuidText(expected[i].guid), GuidText(ta->guid));
+        const bool dual = expected[i].flags & TYPEFLAG_FDUAL;
+        // oleaut32 shows "oleautomation" of a dual interface on its vtable half only.
+        EXPECT_EQ(dual ? expected[i].flags & ~TYPEFLAG_FOLEAUTOMATION : expected[i].flags, ta->wTypeFlags);
+        ti->ReleaseTypeAttr(ta);
+        if (dual) {
+            auto vtable = VtableView(i);
+            ASSERT_EQ(S_OK, vtable->GetTypeAttr(&ta));
+            EXPECT_EQ(TKIND_INTERFACE, ta->typekind);
+            EXPECT_EQ(expected[i].flags, ta->wTypeFlags);
+            vtable->ReleaseTypeAttr(ta);
+        }
+    }
+    // The browser event interfaces carry the identities of the browser's event dispinterfaces.
+    EXPECT_TRUE(IsEqualGUID(DIID_DWebBrowserEvents, IID_IWebBrowserEvents));
+    EXPECT_TRUE(IsEqualGUID(DIID_DWebBrowserEvents2, IID_IWebBrowserEvents2));
+}
+
+TEST_F(TypeLibrary, CoclassListsItsFourInterfacesWithFlags)
+{
+    auto ti = Info(1);
+    TYPEATTR* ta = nullptr;
+    ASSERT_EQ(S_OK, ti->GetTypeAttr(&ta));
+    ASSERT_EQ(4, ta->cImplTypes);
+    ti->ReleaseTypeAttr(ta);
+    const std::pair<const wchar_t*, int> expected[] = {
+        {L"ITOVHTMLControl", IMPLTYPEFLAG_FDEFAULT},
+        {L"IWebBrowserEvents", 0},
+        {L"IWebBrowserEvents2", 0},
+        {L"_TOVHTMLControlEvents", IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE},
+    };
+    for (UINT i = 0; i < 4; ++i) {
+        HREFTYPE ref = 0;
+        ASSERT_EQ(S_OK, ti->GetRefTypeOfImplType(i, &ref));
+        ComPtr<ITypeInfo> impl;
+        ASSERT_EQ(S_OK, ti->GetRefTypeInfo(ref, impl.Put()));
+        BSTR name = nullptr;
+        impl->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
+        EXPECT_STREQ(expected[i].first, name);
+        SysFreeString(name);
+        INT flags = -1;
+        ASSERT_EQ(S_OK, ti->GetImplTypeFlags(i, &flags));
+        EXPECT_EQ(expected[i].second, flags) << i;
+    }
+}
+
+TEST_F(TypeLibrary, AutomationInterfaceMembersInTableOrder)
+{
+    const std::vector<std::wstring> expected = {
+        L"1 GoBack(out retval long* pRetCode) [method GoBack]",
+        L"2 GoForward(out retval long* pRetCode) [method GoForward]",
+        L"3 GoHome(out retval long* pRetCode) [method GoHome]",
+        L"4 Stop(out retval long* pRetCode) [method Stop]",
+        L"5 DoRefresh(out retval long* pRetCode) [method DoRefresh]",
+        L"6 ShowData(in BSTR pURL, in BSTR pFrame, in long bLocalURL, out retval long* pRetCode) [method ShowData]",
+        L"7 ShowURL(in BSTR pURL, in BSTR pFrame, out retval long* pRetCode) [method ShowURL]",
+        L"8 ShowURLInBrowser(in BSTR pURL, out retval long* pRetCode) [method ShowURLInBrowser]",
+        L"9 InitControl(out retval long* pRetCode) [method InitControl]",
+        L"10 get URLPrefixLocal(out retval BSTR* pVal) [property URLPrefixLocal]",
+        L"10 put URLPrefixLocal(in BSTR) [property URLPrefixLocal]",
+        L"11 get PostData(out retval IDispatch** pVal) [property PostData]",
+        L"11 put PostData(in IDispatch*) [property PostData]",
+        L"12 get TargetFrame(out retval BSTR* pVal) [property TargetFrame]",
+        L"12 put TargetFrame(in BSTR) [property TargetFrame]",
+        L"13 get Headers(out retval BSTR* pVal) [property Headers]",
+        L"13 put Headers(in BSTR) [property Headers]",
+        L"14 get PostDataLength(out retval long* pVal) [property PostDataLength]",
+        L"14 put PostDataLength(in long) [property PostDataLength]",
+        L"15 get URLLength(out retval long* pVal) [property URLLength]",
+        L"15 put URLLength(in long) [property URLLength]",
+        L"16 get URLPrefixGlobal(out retval BSTR* pVal) [property URLPrefixGlobal]",
+        L"16 put URLPrefixGlobal(in BSTR) [property URLPrefixGlobal]",
+        L"17 GetCurrentURL(out retval BSTR* pstrURL) [method GetCurrentURL]",
+        L"18 get BrowserVersion(out retval long* pVal) [property BrowserVersion]",
+        L"19 putref ScriptText(in IDispatch*) [property ScriptText]",
+        L"20 ExecuteScript() [method ExecuteScript]",
+        L"21 get BrowserHandle(out retval IDispatch** pVal) [property BrowserHandle]",
+        L"22 get NavigationStyle(out retval BSTR* pVal) [property NavigationStyle]",
+        L"22 put NavigationStyle(in BSTR) [property NavigationStyle]",
+        L"23 get TryUseTOVHTMLP(out retval long* pVal) [property TryUseTOVHTMLP]",
+        L"24 get UIFlag(out retval long* pVal) [property UIFlag]",
+        L"24 put UIFlag(in long) [property UIFlag]",
+        L"25 TrackContextMenu(IDispatch* pMenu, long nPosX, long nPosY) [method TrackContextMenu]",
+        L"26 putref ScriptOnBRELCompleted(in IDispatch*) [property ScriptOnBRELCompleted]",
+        L"27 putref ScriptOnDataSubmitted(in IDispatch*) [property ScriptOnDataSubmitted]",
+        L"28 ShowDataInBrowser(in BSTR pURL, out retval long* pRetCode) [method ShowDataInBrowser]",
+        L"29 ExecuteWB(in long nCmdId, in long nCmdOpt) [method ExecuteWB]",
+        L"30 CloseDocument() [method CloseDocument]",
+        L"31 get BrowserString(out retval BSTR* pVal) [property BrowserString]",
+        L"32 get Version(out retval long* pVal) [property Version]",
+        L"33 DoTOVEVENT(in BSTR FrameName, in long PostDataLen, in BSTR pURL1, in BSTR pURL2, in BSTR pURL3, "
+        L"in BSTR pURL4, in BSTR pURL5, in BSTR pURL6, in BSTR pURL7, in BSTR pURL8) [method DoTOVEVENT]",
+        L"34 DoNavigateComplete(in BSTR strURL) [method DoNavigateComplete]",
+        L"35 DoContextMenuSelected(in BSTR strFCode) [method DoContextMenuSelected]",
+        L"36 DoContextMenuRequest(in long lPosX, in long lPosY) [method DoContextMenuRequest]",
+        L"37 put ScriptRecording(in long) [property ScriptRecording]",
+        L"38 get PostDataModified(out retval long* pVal) [property PostDataModified]",
+        L"39 EnableTOVSSO(in long bEnabled, in BSTR mySSOTicket, in BSTR mySSOServiceUrl) [method EnableTOVSSO]",
+        L"40 get DocumentComplete(out retval long* pVal) [property DocumentComplete]",
+        L"41 get SimpleBrowse(out retval long* pVal) [property SimpleBrowse]",
+        L"41 put SimpleBrowse(in long) [property SimpleBrowse]",
+        L"42 ShowURLInDetachedBrowser(in BSTR pURL, in long bURLType, out retval long* pRetCode) [method ShowURLInDetachedBrowser]",
+        L"43 GetCharsetString(out retval BSTR* pstrCharset) [method GetCharsetString]",
+        L"44 put EndSessionWithBrowser(in long) [property EndSessionWithBrowser]",
+        L"45 GetHTMLSourceContent(out retval BSTR* str) [method GetHTMLSourceContent]",
+        L"46 SetHTMLSourceContent(in BSTR* str) [method SetHTMLSourceContent]",
+        L"47 LoadIconFont(in BSTR iconRequest, out retval BSTR* iconInfo) [method Loads icon font]",
+        L"48 EnableSecSess(in BSTR mySSOTicket, in BSTR mySSOServiceUrl)",
+        L"49 DropAcceptFiles(in long val)",
+    };
+    ExpectLines(expected, Functions(VtableView(2).Get()));
+}
+
+TEST_F(TypeLibrary, OutgoingEventsAndBrowserEventInterfaces)
+{
+    ExpectLines({L"1 BeforeNavigate(in BSTR FrameName, in long PostDataLen, in BSTR pURL1, in BSTR pURL2, in BSTR pURL3, "
+                 L"in BSTR pURL4, in BSTR pURL5, in BSTR pURL6, in BSTR pURL7, in BSTR pURL8) [method BeforeNavigate]",
+                 L"2 NavigateComplete(in BSTR strURL) [method NavigateComplete]",
+                 L"3 ContextMenuSelected(in BSTR strFCode) [method ContextMenuSelected]",
+                 L"4 ContextMenuRequest(in long PosX, in long PosY) [method ContextMenuRequest]"},
+                Functions(Info(0).Get()));
+
+    ExpectLines({L"100 BeforeNavigate(in BSTR URL, long Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, in out VARIANT_BOOL* Cancel)",
+                 L"101 NavigateComplete(in BSTR URL)",
+                 L"102 StatusTextChange(in BSTR Text)",
+                 L"108 ProgressChange(in long Progress, in long ProgressMax)",
+                 L"104 DownloadComplete()",
+                 L"105 CommandStateChange(in long Command, in VARIANT_BOOL Enable)",
+                 L"106 DownloadBegin()",
+                 L"107 NewWindow(in BSTR URL, in long Flags, in BSTR TargetFrameName, in VARIANT* PostData, in BSTR Headers, in out VARIANT_BOOL* Processed)",
+                 L"113 TitleChange(in BSTR Text)",
+                 L"200 FrameBeforeNavigate(in BSTR URL, long Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, in out VARIANT_BOOL* Cancel)",
+                 L"201 FrameNavigateComplete(in BSTR URL)",
+                 L"204 FrameNewWindow(in BSTR URL, in long Flags, in BSTR TargetFrameName, in VARIANT* PostData, in BSTR Headers, in out VARIANT_BOOL* Processed)",
+                 L"103 Quit(in out VARIANT_BOOL* Cancel)",
+                 L"109 WindowMove()",
+                 L"110 WindowResize()",
+                 L"111 WindowActivate()",
+                 L"112 PropertyChange(in BSTR Property)"},
+                Functions(VtableView(3).Get()));
+
+    ExpectLines({L"259 DocumentComplete(in IDispatch* frame, in VARIANT pURL)",
+                 L"251 NewWindow2(in out IDispatch** ppDisp, in out VARIANT_BOOL* Cancel)"},
+                Functions(VtableView(4).Get()));
+}

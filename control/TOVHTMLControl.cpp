@@ -1,18 +1,45 @@
-#include "TOVHTMLControl.h"
+#include "control/TOVHTMLControl.h"
+#include <cwchar>
 
 using namespace tov;
 
-CTOVHTMLControl::CTOVHTMLControl() = default;
-CTOVHTMLControl::~CTOVHTMLControl() = default;
+namespace {
+// Keeps the XML parser library in memory for the icon-font requests; loaded once, never freed.
+HMODULE g_hMsxml3 = nullptr;
+} // namespace
+
+bool BstrLocaleLess::operator()(const Bstr& a, const Bstr& b) const
+{
+    return VarBstrCmp(a.Get(), b.Get(), LOCALE_USER_DEFAULT, 0) == static_cast<HRESULT>(VARCMP_LT);
+}
+
+CTOVHTMLControl::CTOVHTMLControl()
+    : m_bstrURLPrefixLocal(L""), m_bstrURLPrefixGlobal(L""), m_bstrHeaders(L""), m_bstrTargetFrame(L""),
+      m_bstrTessarilSavedURL(L"")
+{
+    if (!g_hMsxml3) g_hMsxml3 = LoadLibraryW(L"msxml3.dll");
+    swprintf(m_szInstanceTag, 64, L"%x", static_cast<unsigned>(reinterpret_cast<uintptr_t>(this)));
+}
+
+CTOVHTMLControl::~CTOVHTMLControl()
+{
+    FinalRelease();
+}
+
+void CTOVHTMLControl::FinalConstruct() {}
 
 void* CTOVHTMLControl::FindInterface(REFIID riid) noexcept
 {
+    if (void* site = m_site.FindInterface(riid)) return site;
     return Lookup(riid, {
         Entry<ITOVHTMLControl>(IID_ITOVHTMLControl, this),
         Entry<ITOVHTMLControl>(IID_IDispatch, this),
+        Entry<IWebBrowserEvents>(IID_IWebBrowserEvents, &m_eventsSink),
+        Entry<IWebBrowserEvents2>(IID_IWebBrowserEvents2, &m_events2Sink),
         Entry<IProvideClassInfo2>(IID_IProvideClassInfo2, this),
         Entry<IProvideClassInfo2>(IID_IProvideClassInfo, this),
         Entry<ISupportErrorInfo>(IID_ISupportErrorInfo, this),
+        Entry<ITOVGUIControl>(IID_ITOVGUIControl, this),
     });
 }
 
@@ -34,9 +61,24 @@ STDMETHODIMP CTOVHTMLControl::InterfaceSupportsErrorInfo(REFIID riid)
     return IsEqualIID(riid, IID_ITOVHTMLControl) ? S_OK : S_FALSE;
 }
 
-STDMETHODIMP CTOVHTMLControl::get_Version(LONG* pVal)
+ComPtr<ITOVTraceSink> CTOVHTMLControl::TraceSinkRef()
 {
-    if (!pVal) return E_POINTER;
-    *pVal = 62;
-    return S_OK;
+    return ComPtr<ITOVTraceSink>(GetTraceSink());
+}
+
+LONG CTOVHTMLControl::OnContainerConnected()
+{
+    return OnTraceSettingsChanged();
+}
+
+LONG CTOVHTMLControl::OnTraceSettingsChanged()
+{
+    m_trace.RefreshLevel(GetTraceSink());
+    return 0;
+}
+
+// Until the windowed-control base is wired in, the control has no window of its own.
+HWND CTOVHTMLControl::ControlWindow() const
+{
+    return nullptr;
 }

@@ -1,15 +1,35 @@
 #pragma once
-// The HTML viewer control: hosts the platform's WebBrowser object and stands between it and the front end.
+// The HTML viewer control: hosts the platform's WebBrowser object in its own window, is that browser's
+// site, and stands between the browser and the front end.
 #include <windows.h>
+#include <exdisp.h>
 #include <ocidl.h>
+#include <map>
+#include <string>
+#include <string_view>
 #include "TOVHTML_h.h"
-#include "../framework/dispatch_impl.h"
-#include "../framework/object_root.h"
+#include "control/trace.h"
+#include "events/browser_event_sinks.h"
+#include "framework/bstr.h"
+#include "framework/com_ptr.h"
+#include "framework/dispatch_impl.h"
+#include "framework/object_root.h"
+#include "framework/variant.h"
+#include "guicontrol/TOVGUIControlBase.h"
+#include "hosting/browser_site.h"
+
+class CTovDialogBox;
+
+// Orders BSTR keys as the user's locale compares them (case-sensitive).
+struct BstrLocaleLess {
+    bool operator()(const tov::Bstr& a, const tov::Bstr& b) const;
+};
 
 class CTOVHTMLControl : public tov::ObjectRoot,
                         public tov::DispatchImpl<ITOVHTMLControl, &IID_ITOVHTMLControl>,
                         public IProvideClassInfo2,
-                        public ISupportErrorInfo {
+                        public ISupportErrorInfo,
+                        public CTOVGUIControlBase {
 public:
     CTOVHTMLControl();
     ~CTOVHTMLControl() override;
@@ -84,4 +104,94 @@ public:
 
     // ISupportErrorInfo
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID riid) override;
+
+    // The window the control owns (null before in-place activation).
+    HWND ControlWindow() const;
+
+protected:
+    void FinalConstruct() override;
+    LONG OnContainerConnected() override;
+    LONG OnTraceSettingsChanged() override;
+
+private:
+    friend class CBrowserSite;
+    friend class CBrowserEventsSink;
+    friend class CBrowserEvents2Sink;
+
+    // The automation method pattern: trace scope, return code, browser check, exception guard.
+    template <class Body>
+    HRESULT AutomationCall(std::string_view scopeName, const char* invalidText, LONG* pRetCode, Body&& body);
+    // Calls one history command of the browser with its failure text.
+    HRESULT HistoryCommand(std::string_view scopeName, const char* invalidText, const char* failureText,
+                           HRESULT (STDMETHODCALLTYPE IWebBrowser::*command)(), LONG* pRetCode);
+    // A trace scope on the control's trace with the front end's sink.
+    tov::ComPtr<ITOVTraceSink> TraceSinkRef();
+    void FinalRelease() noexcept;
+    void EndBrowserSession() noexcept;
+    void DisconnectBrowserEvents() noexcept;
+
+    // Members in the order the control declares them.
+    std::wstring m_pszTempFileStem;
+    BOOL m_bSourceFileCreated = 0;
+    bool m_bShellOpenDetached = false;
+    tov::Bstr m_bstrLanguage;
+    CTrace m_trace;
+    LONG m_lURLLength = 0;
+    LONG m_lPostDataLength = 0;
+    bool m_bReadyForInput = true;
+    bool m_bHoldNavigateComplete = false;
+    DWORD m_dwEventsCookie = 0;
+    DWORD m_dwEvents2Cookie = 0;
+    tov::Bstr m_bstrURLPrefixLocal;
+    tov::Bstr m_bstrURLPrefixGlobal;
+    tov::Bstr m_bstrHeaders;
+    tov::Bstr m_bstrTargetFrame;
+    tov::Bstr m_bstrBrowserString;
+    tov::ComPtr<IDispatch> m_pPostData;
+    tov::ComPtr<IWebBrowser2> m_pWebBrowser;
+    tov::ComPtr<IOleObject> m_pOleObject;
+    std::string m_strScriptText;
+    std::string m_strScriptOnBRELCompleted;
+    std::string m_strScriptOnDataSubmitted;
+    tov::Bstr m_bstrNavigationStyle;
+    bool m_bOwnNavigation = false;
+    LONG m_nProtocolMode = 1;
+    LONG m_lNewWindowNavFlags = 0;
+    BOOL m_bRestrictSchemes = 0;
+    LONG m_lUIFlag = 0;
+    BOOL m_bScriptOnDataSubmitted = 0;
+    BOOL m_bScriptOnBRELCompleted = 0;
+    wchar_t m_szInstanceTag[64] = {};
+    LONG m_bEnableOutputFile = 0;
+    std::multimap<tov::Bstr, tov::Bstr, BstrLocaleLess> m_mapTempFiles;
+    std::map<tov::Bstr, tov::ComPtr<IWebBrowser2>, BstrLocaleLess> m_mapDetachedBrowsers;
+    tov::ComPtr<IWebBrowser2> m_pDetachedBrowser;
+    tov::ComPtr<IOleCommandTarget> m_pCommandTarget;
+    bool m_bInternalPage = true;
+    bool m_bMetaTagFound = false;
+    bool m_bDataCharsetChecked = false;
+    std::string m_strMetaCharset;
+    LONG m_bScriptRecording = 0;
+    LONG m_bPostDataModified = 0;
+    BOOL m_bSSOEnabled = 0;
+    tov::Bstr m_bstrSSOTicket;
+    tov::Bstr m_bstrSSOServiceUrl;
+    BOOL m_bSecSessEnabled = 0;
+    tov::Bstr m_bstrSecSessTicket;
+    tov::Bstr m_bstrSecSessServiceUrl;
+    bool m_bDocumentComplete = false;
+    bool m_bSimpleBrowse = false;
+    LONG m_bEndSessionWithBrowser = 0;
+    tov::Variant m_varReserved1;
+    tov::Variant m_varReserved2;
+    std::string m_strFrontEndKey;
+    tov::Bstr m_bstrTessarilSavedURL;
+    CTovDialogBox* m_pSimpleBrowseDlg = nullptr;
+
+    // References the browser holds on the site and the sinks (not on the control itself).
+    ULONG m_cBrowserHeldRefs = 0;
+    // Parts of this object with interfaces of their own.
+    CBrowserSite m_site{*this};
+    CBrowserEventsSink m_eventsSink{*this};
+    CBrowserEvents2Sink m_events2Sink{*this};
 };

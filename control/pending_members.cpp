@@ -1,27 +1,11 @@
 // Members of the automation interface whose behaviour is not built yet: they answer E_NOTIMPL.
 #include "TOVHTMLControl.h"
 
-STDMETHODIMP CTOVHTMLControl::GoBack(LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::GoForward(LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::GoHome(LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::Stop(LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::DoRefresh(LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ShowData(BSTR /*pURL*/, BSTR /*pFrame*/, LONG /*bLocalURL*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR /*pURL*/, BSTR /*pFrame*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ShowURLInBrowser(BSTR /*pURL*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::InitControl(LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::get_URLPrefixLocal(BSTR */*pVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::put_URLPrefixLocal(BSTR /*newVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_PostData(IDispatch **/*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_PostData(IDispatch */*a*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_TargetFrame(BSTR */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_TargetFrame(BSTR /*newVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_Headers(BSTR */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_Headers(BSTR /*newVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_PostDataLength(LONG */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_PostDataLength(LONG /*newVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_URLLength(LONG */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_URLLength(LONG /*newVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::get_URLPrefixGlobal(BSTR */*pVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::put_URLPrefixGlobal(BSTR /*newVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::GetCurrentURL(BSTR */*pstrURL*/) { return E_NOTIMPL; }
@@ -32,8 +16,6 @@ STDMETHODIMP CTOVHTMLControl::get_BrowserHandle(IDispatch **/*pVal*/) { return E
 STDMETHODIMP CTOVHTMLControl::get_NavigationStyle(BSTR */*pVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::put_NavigationStyle(BSTR /*newVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::get_TryUseTOVHTMLP(LONG */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_UIFlag(LONG */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_UIFlag(LONG /*newVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::TrackContextMenu(IDispatch */*pMenu*/, LONG /*nPosX*/, LONG /*nPosY*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::putref_ScriptOnBRELCompleted(IDispatch */*a*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::putref_ScriptOnDataSubmitted(IDispatch */*a*/) { return E_NOTIMPL; }
@@ -45,15 +27,9 @@ STDMETHODIMP CTOVHTMLControl::DoTOVEVENT(BSTR /*FrameName*/, LONG /*PostDataLen*
 STDMETHODIMP CTOVHTMLControl::DoNavigateComplete(BSTR /*strURL*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::DoContextMenuSelected(BSTR /*strFCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::DoContextMenuRequest(LONG /*lPosX*/, LONG /*lPosY*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_ScriptRecording(LONG /*newVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_PostDataModified(LONG */*pVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::EnableTOVSSO(LONG /*bEnabled*/, BSTR /*mySSOTicket*/, BSTR /*mySSOServiceUrl*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_DocumentComplete(LONG */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::get_SimpleBrowse(LONG */*pVal*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_SimpleBrowse(LONG /*newVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ShowURLInDetachedBrowser(BSTR /*pURL*/, LONG /*bURLType*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR */*pstrCharset*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::put_EndSessionWithBrowser(LONG /*newVal*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::GetHTMLSourceContent(BSTR */*str*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::SetHTMLSourceContent(BSTR */*str*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::LoadIconFont(BSTR /*iconRequest*/, BSTR */*iconInfo*/) { return E_NOTIMPL; }

@@ -1,0 +1,121 @@
+// InitControl: the browser created in the control's window and wired to it; FinalRelease: taken down.
+#include "control/automation_call.h"
+#include <wininet.h>
+#include "guicontrol/registry_config.h"
+
+using namespace tov;
+
+namespace {
+// {8856F961-340A-11D0-A96B-00C04FD705A2}
+constexpr CLSID kWebBrowserClass = {0x8856f961, 0x340a, 0x11d0, {0xa9, 0x6b, 0x00, 0xc0, 0x4f, 0xd7, 0x05, 0xa2}};
+
+HRESULT ConnectSink(IUnknown* source, REFIID iid, IUnknown* sink, DWORD& cookie)
+{
+    ComPtr<IConnectionPointContainer> container;
+    HRESULT hr = source->QueryInterface(IID_IConnectionPointContainer, container.PutVoid());
+    if (FAILED(hr)) return hr;
+    ComPtr<IConnectionPoint> point;
+    hr = container->FindConnectionPoint(iid, point.Put());
+    if (FAILED(hr)) return hr;
+    return point->Advise(sink, &cookie);
+}
+} // namespace
+
+STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
+{
+    OnTraceSettingsChanged();
+    return AutomationCall("InitControl: TOV HTML control supports Microsoft Internet Explorer.", nullptr, pRetCode,
+                          [&](CTraceScope& scope, LONG& code) {
+        if (m_pOleObject) return;
+
+        HRESULT hr = CoCreateInstance(kWebBrowserClass, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject, m_pOleObject.PutVoid());
+        if (SUCCEEDED(hr)) {
+            RECT rc{};
+            const HWND hwnd = ControlWindow();
+            hr = GetClientRect(hwnd, &rc) ? S_OK : E_FAIL;
+            if (SUCCEEDED(hr)) {
+                ComPtr<IOleClientSite> site;
+                QueryInterface(IID_IOleClientSite, site.PutVoid());
+                hr = m_pOleObject->SetClientSite(site.Get());
+                if (SUCCEEDED(hr)) {
+                    MSG msg{};
+                    hr = m_pOleObject->DoVerb(OLEIVERB_INPLACEACTIVATE, &msg, site.Get(), 0, hwnd, &rc);
+                }
+            }
+            if (SUCCEEDED(hr)) hr = m_pOleObject->QueryInterface(IID_IWebBrowser, m_pWebBrowser.PutVoid());
+        }
+        const bool created = SUCCEEDED(hr);
+        if (!created) scope.Write("InitControl: m_pOleObject->QueryInterface(IID_IWebBrowser...)", trace::kFailure);
+
+        // The prefixes of the current protocol mode are set here once the URL rules exist.
+        m_bShellOpenDetached = config::ReadProxyAdminCondition();
+
+        HRESULT connected = E_FAIL;
+        if (created) {
+            // Only the second connection counts: the first browser generation's events are optional.
+            ConnectSink(m_pOleObject.Get(), IID_IWebBrowserEvents, static_cast<IWebBrowserEvents*>(&m_eventsSink),
+                        m_dwEventsCookie);
+            connected = ConnectSink(m_pOleObject.Get(), IID_IWebBrowserEvents2,
+                                    static_cast<IWebBrowserEvents2*>(&m_events2Sink), m_dwEvents2Cookie);
+        }
+        if (!created || FAILED(connected)) {
+            scope.Write("InitControl: AtlAdvise(m_pWebBrowser...)", trace::kFailure);
+            code = codes::kInitFailed;
+        }
+
+        m_pCommandTarget.Reset();
+        if (m_pWebBrowser) m_pWebBrowser->QueryInterface(IID_IOleCommandTarget, m_pCommandTarget.PutVoid());
+        m_bInternalPage = true;
+        // Without a browser there is nothing to show and nothing more to configure.
+        if (!m_pWebBrowser) return;
+        Bstr blank(L"about:blank");
+        m_pWebBrowser->Navigate(blank.Get(), nullptr, nullptr, nullptr, nullptr);
+        config::ReadEnableOutputFile(m_bEnableOutputFile);
+    });
+}
+
+void CTOVHTMLControl::FinalRelease() noexcept
+{
+    try {
+        CTraceScope scope(m_trace, TraceSinkRef(), "FinalRelease()");
+        if (m_pWebBrowser) {
+            m_pWebBrowser->Stop();
+            m_pWebBrowser->Quit();
+        }
+        if (m_pOleObject) {
+            m_pOleObject->SetClientSite(nullptr);
+            m_pOleObject->Close(OLECLOSE_NOSAVE);
+        }
+        // Detached windows, the Simple Browse dialog and temporary files are closed here as they come.
+        if (m_bSourceFileCreated) {
+            const std::string path = ToAnsi(m_pszTempFileStem);
+            if (!DeleteFileA(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) {
+                Sleep(500);
+                DeleteFileA(path.c_str());
+            }
+            m_bSourceFileCreated = 0;
+        }
+        if (m_bEndSessionWithBrowser) EndBrowserSession();
+        DisconnectBrowserEvents();
+    } catch (...) {
+    }
+}
+
+// A browser still connected to the sinks would call into a control that is gone.
+void CTOVHTMLControl::DisconnectBrowserEvents() noexcept
+{
+    if (!m_pOleObject) return;
+    ComPtr<IConnectionPointContainer> container;
+    if (FAILED(m_pOleObject->QueryInterface(IID_IConnectionPointContainer, container.PutVoid()))) return;
+    for (auto [iid, cookie] : {std::pair<const IID*, DWORD*>{&IID_IWebBrowserEvents, &m_dwEventsCookie},
+                               std::pair<const IID*, DWORD*>{&IID_IWebBrowserEvents2, &m_dwEvents2Cookie}}) {
+        ComPtr<IConnectionPoint> point;
+        if (*cookie && SUCCEEDED(container->FindConnectionPoint(*iid, point.Put()))) point->Unadvise(*cookie);
+        *cookie = 0;
+    }
+}
+
+void CTOVHTMLControl::EndBrowserSession() noexcept
+{
+    InternetSetOptionA(nullptr, INTERNET_OPTION_END_BROWSER_SESSION, nullptr, 0);
+}

@@ -1,0 +1,163 @@
+// The simple state properties of the control object.
+#include "control/automation_call.h"
+
+using namespace tov;
+
+namespace {
+
+// A copy for the caller; a null member reads as an empty string.
+HRESULT CopyOut(const Bstr& member, BSTR* pVal)
+{
+    if (!pVal) return E_POINTER;
+    *pVal = member.IsNull() ? SysAllocString(L"") : SysAllocStringLen(member.Get(), member.Length());
+    return *pVal ? S_OK : E_OUTOFMEMORY;
+}
+
+// Replaces the member with a copy (null stays null); false when the copy could not be made, and the
+// member is then null.
+bool Replace(Bstr& member, BSTR newVal)
+{
+    member.Reset();
+    if (!newVal) return true;
+    BSTR copy = SysAllocStringLen(newVal, SysStringLen(newVal));
+    if (!copy) return false;
+    member = Bstr::Adopt(copy);
+    return true;
+}
+
+} // namespace
+
+STDMETHODIMP CTOVHTMLControl::get_Version(LONG* pVal)
+{
+    if (pVal) *pVal = 62;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::get_DocumentComplete(LONG* pVal)
+{
+    if (pVal) *pVal = m_bDocumentComplete ? 1 : 0;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::get_SimpleBrowse(LONG* pVal)
+{
+    if (pVal) *pVal = m_bSimpleBrowse ? 1 : 0;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::put_SimpleBrowse(LONG newVal)
+{
+    m_bSimpleBrowse = newVal != 0;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::get_TargetFrame(BSTR* pVal)
+{
+    return GuardedCall([&] { return CopyOut(m_bstrTargetFrame, pVal); });
+}
+
+STDMETHODIMP CTOVHTMLControl::put_TargetFrame(BSTR newVal)
+{
+    Replace(m_bstrTargetFrame, newVal);
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::get_Headers(BSTR* pVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "get_Headers");
+        return CopyOut(m_bstrHeaders, pVal);
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::put_Headers(BSTR newVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "put_Headers");
+        return Replace(m_bstrHeaders, newVal) ? S_OK : E_FAIL;
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::get_URLLength(LONG* pVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "get_URLLength");
+        if (pVal) *pVal = m_lURLLength;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::put_URLLength(LONG newVal)
+{
+    m_lURLLength = newVal;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::get_PostDataLength(LONG* pVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "get_PostDataLength");
+        if (pVal) *pVal = m_lPostDataLength;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::put_PostDataLength(LONG newVal)
+{
+    m_lPostDataLength = newVal;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::get_PostData(IDispatch** pVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "get_PostData");
+        if (!pVal) return S_OK;
+        *pVal = m_pPostData.CopyOut();
+        if (!*pVal) scope.Write("(*pVal)->AddRef() failed", trace::kFailure);
+        return S_OK;
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::put_PostData(IDispatch* newVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "put_PostData");
+        m_pPostData = newVal;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::get_UIFlag(LONG* pVal)
+{
+    if (pVal) *pVal = m_lUIFlag;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::put_UIFlag(LONG newVal)
+{
+    m_lUIFlag = newVal;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::put_ScriptRecording(LONG newVal)
+{
+    return GuardedCall([&] {
+        CTraceScope scope(m_trace, TraceSinkRef(), "put_ScriptRecording");
+        m_bScriptRecording = newVal;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::get_PostDataModified(LONG* pVal)
+{
+    if (pVal) *pVal = m_bPostDataModified;
+    m_bPostDataModified = 0;
+    return S_OK;
+}
+
+STDMETHODIMP CTOVHTMLControl::put_EndSessionWithBrowser(LONG newVal)
+{
+    m_bEndSessionWithBrowser = newVal;
+    return S_OK;
+}

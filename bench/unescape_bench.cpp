@@ -1,0 +1,129 @@
+// Throughput of UnescapeData on a realistic form post and on adversarial data, beside memcpy and (when
+// available) libcurl's unescaping of the same realistic bytes. Prints the figures and the ratios.
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include "navigation/unescape.h"
+#include "unescape_reference.h"
+#ifdef TOV_BENCH_CURL
+#include <curl/curl.h>
+#endif
+
+namespace {
+
+// ~1 MiB of form fields: words, "+", %XX escapes, %26%23NNNN%3B references, about 10% escaped bytes.
+const std::string& RealisticPost()
+{
+    static const std::string data = [] {
+        std::mt19937 rng(42);
+        std::string s;
+        const char* words[] = {"customer", "order", "Muller", "street", "amount", "currency", "remark", "delivery"};
+        int field = 0;
+        while (s.size() < (1u << 20)) {
+            s += (field ? "&f" : "f") + std::to_string(field) + "=";
+            ++field;
+            for (int w = 0; w < 6; ++w) {
+                s += words[rng() % 8];
+                switch (rng() % 10) {
+                case 0: s += "%26%23" + std::to_string(256 + rng() % 9000) + "%3B"; break;
+                case 1: case 2: s += "%E4%F6"; break;
+                case 3: s += "%2C"; break;
+                default: s += "+"; break;
+                }
+            }
+        }
+        return s;
+    }();
+    return data;
+}
+
+// 4 MiB of "+&#" openers whose preferred terminators are absent or far away.
+const std::string& AdversarialData()
+{
+    static const std::string data = [] {
+        std::string s;
+        while (s.size() < (4u << 20) - 16) s += "+&#1";
+        s += "%3d";
+        return s;
+    }();
+    return data;
+}
+
+void Unescape(benchmark::State& state, const std::string& input)
+{
+    std::string out(input.size() + 1, '\0');
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(tov::url::UnescapeData(input.data(), input.size(), out.data(), 0, tovtest::Latin1()));
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(input.size()));
+}
+
+void BM_UnescapeRealistic(benchmark::State& state) { Unescape(state, RealisticPost()); }
+void BM_UnescapeAdversarial(benchmark::State& state) { Unescape(state, AdversarialData()); }
+
+void BM_MemcpyRealistic(benchmark::State& state)
+{
+    const std::string& input = RealisticPost();
+    std::string out(input.size(), '\0');
+    for (auto _ : state) {
+        std::memcpy(out.data(), input.data(), input.size());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(input.size()));
+}
+
+#ifdef TOV_BENCH_CURL
+void BM_CurlUnescapeRealistic(benchmark::State& state)
+{
+    const std::string& input = RealisticPost();
+    CURL* curl = curl_easy_init();
+    for (auto _ : state) {
+        int n = 0;
+        char* out = curl_easy_unescape(curl, input.data(), static_cast<int>(input.size()), &n);
+        benchmark::DoNotOptimize(out);
+        curl_free(out);
+    }
+    curl_easy_cleanup(curl);
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(input.size()));
+}
+BENCHMARK(BM_CurlUnescapeRealistic);
+#endif
+
+BENCHMARK(BM_UnescapeRealistic);
+BENCHMARK(BM_UnescapeAdversarial);
+BENCHMARK(BM_MemcpyRealistic);
+
+// Seconds per byte, best of a few runs.
+template <class F> double PerByte(const std::string& input, F&& f)
+{
+    double best = 1e9;
+    for (int i = 0; i < 7; ++i) {
+        const auto t0 = std::chrono::steady_clock::now();
+        f();
+        const double s = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+        best = std::min(best, s / static_cast<double>(input.size()));
+    }
+    return best;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+
+    const std::string& real = RealisticPost();
+    const std::string& adv = AdversarialData();
+    std::string out(adv.size() + 1, '\0');
+    const double tReal = PerByte(real, [&] { tov::url::UnescapeData(real.data(), real.size(), out.data(), 0, tovtest::Latin1()); });
+    const double tAdv = PerByte(adv, [&] { tov::url::UnescapeData(adv.data(), adv.size(), out.data(), 0, tovtest::Latin1()); });
+    const double tCopy = PerByte(real, [&] { std::memcpy(out.data(), real.data(), real.size()); benchmark::ClobberMemory(); });
+    std::printf("\nrealistic form post: %.2f GB/s (target >= 1 GB/s)\n", 1e-9 / tReal);
+    std::printf("unescape / memcpy time: %.2fx (target <= 4x)\n", tReal / tCopy);
+    std::printf("adversarial per byte / realistic per byte: %.2fx (target <= 3x)\n", tAdv / tReal);
+    return 0;
+}

@@ -1,5 +1,6 @@
 #include "control/TOVHTMLControl.h"
 #include <cwchar>
+#include "navigation/url_rules.h"
 
 using namespace tov;
 
@@ -18,7 +19,7 @@ CTOVHTMLControl::CTOVHTMLControl()
       m_bstrTessarilSavedURL(L"")
 {
     if (!g_hMsxml3) g_hMsxml3 = LoadLibraryW(L"msxml3.dll");
-    swprintf(m_szInstanceTag, 64, L"%x", static_cast<unsigned>(reinterpret_cast<uintptr_t>(this)));
+    wcsncpy(m_szInstanceTag, url::InstanceTag(reinterpret_cast<uintptr_t>(this)).c_str(), 63);
 }
 
 CTOVHTMLControl::~CTOVHTMLControl()

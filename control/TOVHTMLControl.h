@@ -128,6 +128,22 @@ private:
     tov::ComPtr<ITOVTraceSink> TraceSinkRef();
     void FinalRelease() noexcept;
     void EndBrowserSession() noexcept;
+    // The browser's zoom for the control window's screen, and the zoom command every own navigation
+    // starts with (ExecuteWB 63, 0).
+    int ScreenZoom() const;
+    void Zoom();
+    void PrintDocument();
+    // Internal pages: their completion is not reported to the front end.
+    void ShowInternalPage(const std::wstring& url);
+    void ShowErrorMessage(std::string_view method, BSTR url);
+    void ShowBlankPageOnAccessDenied(std::string_view method, BSTR url);
+    // The one-shot sign-on and security-session navigations; they return the browser's Navigate result.
+    HRESULT DoFirstSSONavigation(BSTR url, IWebBrowser2* browser);
+    HRESULT DoFirstEnableSecSessNavigation(BSTR url, IWebBrowser2* browser);
+    HRESULT SignOnNavigation(std::string_view scopeName, BSTR url, IWebBrowser2* browser, BOOL& enabled,
+                             const tov::Bstr& ticket, const tov::Bstr& service, bool securitySessionOnly);
+    // Sets the mode, the instance tag and both URL prefixes.
+    void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
 
     // Members in the order the control declares them.

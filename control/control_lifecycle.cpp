@@ -47,7 +47,7 @@ STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
         const bool created = SUCCEEDED(hr);
         if (!created) scope.Write("InitControl: m_pOleObject->QueryInterface(IID_IWebBrowser...)", trace::kFailure);
 
-        // The prefixes of the current protocol mode are set here once the URL rules exist.
+        SetProtocolMode(m_nProtocolMode);
         m_bShellOpenDetached = config::ReadProxyAdminCondition();
 
         HRESULT connected = E_FAIL;

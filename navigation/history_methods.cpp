@@ -1,4 +1,4 @@
-// History and reload: GoBack, GoForward, GoHome, Stop, DoRefresh.
+// History and reload: GoBack, GoForward, GoHome, Stop, DoRefresh; and the current location.
 #include "control/automation_call.h"
 
 HRESULT CTOVHTMLControl::HistoryCommand(std::string_view scopeName, const char* invalidText, const char* failureText,
@@ -45,4 +45,16 @@ STDMETHODIMP CTOVHTMLControl::DoRefresh(LONG* pRetCode)
 {
     return HistoryCommand("DoRefresh", "Refresh: m_pWebBrowser is invalid", "Refresh: m_pWebBrowser->Refresh",
                           &IWebBrowser::Refresh, pRetCode);
+}
+
+// No scope and no return code: the browser's answer as it stands. Without a browser (or without its
+// command target) the front end gets an empty string and S_OK.
+STDMETHODIMP CTOVHTMLControl::GetCurrentURL(BSTR* pstrURL)
+{
+    if (!pstrURL) return m_pWebBrowser ? m_pWebBrowser->get_LocationURL(pstrURL) : S_OK;
+    if (!m_pWebBrowser) {
+        *pstrURL = SysAllocString(L"");
+        return *pstrURL ? S_OK : E_OUTOFMEMORY;
+    }
+    return m_pWebBrowser->get_LocationURL(pstrURL);
 }

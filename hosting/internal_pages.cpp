@@ -1,0 +1,50 @@
+// The control's internal pages: the error page that names a failing method and its URL, and the blank
+// page after an access failure. Their completion is not reported to the front end.
+#include "control/automation_call.h"
+
+using namespace tov;
+
+namespace {
+
+std::wstring Widen(std::string_view text)
+{
+    if (text.empty()) return std::wstring();
+    const int n = MultiByteToWideChar(CP_THREAD_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+    std::wstring out(static_cast<size_t>(n > 0 ? n : 0), L'\0');
+    if (n > 0) MultiByteToWideChar(CP_THREAD_ACP, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
+    return out;
+}
+
+} // namespace
+
+void CTOVHTMLControl::ShowInternalPage(const std::wstring& url)
+{
+    m_bInternalPage = true;
+    Zoom();
+    if (!m_pWebBrowser) return;
+    // Handed over as a plain wide string, as it always was: the browser reads it up to its terminator.
+    m_pWebBrowser->Navigate(const_cast<BSTR>(url.c_str()), nullptr, nullptr, nullptr, nullptr);
+}
+
+void CTOVHTMLControl::ShowErrorMessage(std::string_view method, BSTR url)
+{
+    CTraceScope scope(m_trace, TraceSinkRef(), "ShowErrorMessage");
+    const std::wstring_view wideUrl = url ? std::wstring_view(url, SysStringLen(url)) : std::wstring_view();
+    scope.Detail(std::string(method));
+    scope.Detail(ToAnsi(wideUrl));
+    std::wstring page = L"about:TOVHTML_E_CALL_METHOD_FAILED: ";
+    page += Widen(method);
+    page += L"(\"";
+    page += wideUrl.substr(0, wideUrl.find(L'\0'));
+    page += L"\")";
+    ShowInternalPage(page);
+}
+
+void CTOVHTMLControl::ShowBlankPageOnAccessDenied(std::string_view method, BSTR url)
+{
+    CTraceScope scope(m_trace, TraceSinkRef(), "ShowBlankPageOnAccessDenied");
+    scope.Detail("Access denied while creating file");
+    scope.Detail(std::string(method));
+    scope.Detail(ToAnsi(url ? std::wstring_view(url, SysStringLen(url)) : std::wstring_view()));
+    ShowInternalPage(L"about:blank");
+}

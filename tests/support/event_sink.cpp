@@ -1,0 +1,38 @@
+#include "support/event_sink.h"
+
+namespace tovtest {
+
+STDMETHODIMP RecordingEventSink::QueryInterface(REFIID riid, void** ppv)
+{
+    if (!ppv) return E_POINTER;
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, DIID__TOVHTMLControlEvents)) {
+        *ppv = static_cast<IDispatch*>(this);
+        AddRef();
+        return S_OK;
+    }
+    *ppv = nullptr;
+    return E_NOINTERFACE;
+}
+
+STDMETHODIMP RecordingEventSink::Invoke(DISPID id, REFIID, LCID lcid, WORD, DISPPARAMS* params, VARIANT* result,
+                                        EXCEPINFO*, UINT*)
+{
+    FiredEvent e{id, {}};
+    for (UINT i = params ? params->cArgs : 0; i-- > 0;) {
+        const VARIANT& v = params->rgvarg[i];
+        if (v.vt == VT_BSTR) e.args.push_back(v.bstrVal ? std::wstring(v.bstrVal, SysStringLen(v.bstrVal)) : L"<null>");
+        else if (v.vt == VT_I4) e.args.push_back(std::to_wstring(v.lVal));
+        else e.args.push_back(L"vt" + std::to_wstring(v.vt));
+    }
+    events.push_back(e);
+    locales.push_back(lcid);
+    if (onEvent) onEvent(e);
+    if (result) {
+        VariantInit(result);
+        result->vt = VT_I4;
+        result->lVal = answer;
+    }
+    return S_OK;
+}
+
+} // namespace tovtest

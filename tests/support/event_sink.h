@@ -1,0 +1,36 @@
+#pragma once
+// A front end's sink for the control's outgoing events: records every Invoke with its arguments in
+// declaration order, and can run a handler inside the call.
+#include <windows.h>
+#include <oaidl.h>
+#include <functional>
+#include <string>
+#include <vector>
+#include "TOVHTML_h.h"
+
+namespace tovtest {
+
+struct FiredEvent {
+    DISPID id;
+    std::vector<std::wstring> args; // declaration order; numbers as decimal text, null BSTR as "<null>"
+};
+
+class RecordingEventSink : public IDispatch {
+public:
+    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
+    STDMETHODIMP_(ULONG) Release() override { return --m_refs; }
+    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID lcid, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,
+                        UINT*) override;
+
+    std::vector<FiredEvent> events;
+    std::vector<LCID> locales;
+    std::function<void(const FiredEvent&)> onEvent;
+    HRESULT answer = S_OK;
+    ULONG m_refs = 1; // owned by the test's stack frame
+};
+
+} // namespace tovtest

@@ -63,11 +63,24 @@ uint32_t ReadDecimal(const char* p, const char* end)
     return negative ? 0u - value : value;
 }
 
-int HexValue(char c)
+constexpr int HexRule(char c)
 {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
     return static_cast<int>(c) - 0x57; // a-f give 10-15; anything else a meaningless value, as it always did
+}
+
+// Only the low four bits of a digit's value reach the decoded byte's high half, and all eight the low
+// half: the table keeps each value modulo 256.
+constexpr std::array<unsigned char, 256> kHexValues = [] {
+    std::array<unsigned char, 256> t{};
+    for (int i = 0; i < 256; ++i) t[static_cast<size_t>(i)] = static_cast<unsigned char>(HexRule(static_cast<char>(i)) & 0xFF);
+    return t;
+}();
+
+inline unsigned char DecodeEscape(char high, char low)
+{
+    return static_cast<unsigned char>(kHexValues[static_cast<unsigned char>(high)] * 16 + kHexValues[static_cast<unsigned char>(low)]);
 }
 
 class Unescaper {
@@ -83,22 +96,27 @@ public:
     size_t Run(char* dest)
     {
         while (m_p < m_end) {
-            if ((m_flags & kKeepPercentEscape) && StartsWith(m_p, m_end, "%25")) {
-                Copy(3);
-            } else if (*m_p == '+') {
+            const char c = *m_p;
+            if (c == '%') {
+                if ((m_flags & kKeepPercentEscape) && StartsWith(m_p, m_end, "%25")) {
+                    Copy(3);
+                } else if (StartsWith(m_p, m_end, kEscapedOpener)) {
+                    DecodeReferences();
+                } else {
+                    if (m_end - m_p <= 2) break; // a truncated escape ends the data
+                    const unsigned char byte = DecodeEscape(m_p[1], m_p[2]);
+                    if (byte == '&' || byte == '=' || byte == '?') {
+                        Copy(3);
+                    } else {
+                        *m_out++ = static_cast<char>(byte);
+                        m_p += 3;
+                    }
+                }
+            } else if (c == '+') {
                 *m_out++ = ' ';
                 ++m_p;
-            } else if (StartsWith(m_p, m_end, kEscapedOpener) || StartsWith(m_p, m_end, kOpener)) {
+            } else if (c == '&' && m_end - m_p >= 2 && m_p[1] == '#') {
                 DecodeReferences();
-            } else if (*m_p == '%') {
-                if (m_end - m_p <= 2) break; // a truncated escape ends the data
-                const unsigned char byte = static_cast<unsigned char>(HexValue(m_p[1]) * 16 + HexValue(m_p[2]));
-                if (byte == '&' || byte == '=' || byte == '?') {
-                    Copy(3);
-                } else {
-                    *m_out++ = static_cast<char>(byte);
-                    m_p += 3;
-                }
             } else {
                 CopyRun();
             }
@@ -115,12 +133,31 @@ private:
         m_p += n;
     }
 
-    // Up to the nearer of the next "%" and "+", or to the end.
+    // Up to the nearer of the next "%" and "+", or to the end; scanned and copied in one pass.
     void CopyRun()
     {
-        const char* q = m_p + 1;
-        while (q < m_end && *q != '%' && *q != '+') ++q;
-        Copy(static_cast<size_t>(q - m_p));
+        const char* p = m_p;
+        char* out = m_out;
+        *out++ = *p++;
+        while (m_end - p >= 8) {
+            uint64_t word;
+            std::memcpy(&word, p, 8);
+            if (HasStopByte(word)) break;
+            std::memcpy(out, &word, 8);
+            p += 8;
+            out += 8;
+        }
+        while (p < m_end && *p != '%' && *p != '+') *out++ = *p++;
+        m_out = out;
+        m_p = p;
+    }
+
+    // Whether any byte of the word is "%" or "+" (the classic zero-byte test on xor-ed words).
+    static bool HasStopByte(uint64_t word)
+    {
+        constexpr uint64_t ones = 0x0101010101010101ull, highs = 0x8080808080808080ull;
+        const uint64_t percent = word ^ (ones * '%'), plus = word ^ (ones * '+');
+        return (((percent - ones) & ~percent) | ((plus - ones) & ~plus)) & highs;
     }
 
     void DecodeReferences()

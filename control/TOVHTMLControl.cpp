@@ -32,6 +32,7 @@ void CTOVHTMLControl::FinalConstruct() {}
 void* CTOVHTMLControl::FindInterface(REFIID riid) noexcept
 {
     if (void* site = m_site.FindInterface(riid)) return site;
+    if (void* control = FindControlInterface(riid)) return control;
     return Lookup(riid, {
         Entry<ITOVHTMLControl>(IID_ITOVHTMLControl, this),
         Entry<ITOVHTMLControl>(IID_IDispatch, this),
@@ -40,6 +41,7 @@ void* CTOVHTMLControl::FindInterface(REFIID riid) noexcept
         Entry<IProvideClassInfo2>(IID_IProvideClassInfo2, this),
         Entry<IProvideClassInfo2>(IID_IProvideClassInfo, this),
         Entry<ISupportErrorInfo>(IID_ISupportErrorInfo, this),
+        Entry<IConnectionPointContainer>(IID_IConnectionPointContainer, this),
         Entry<ITOVGUIControl>(IID_ITOVGUIControl, this),
     });
 }
@@ -76,10 +78,4 @@ LONG CTOVHTMLControl::OnTraceSettingsChanged()
 {
     m_trace.RefreshLevel(GetTraceSink());
     return 0;
-}
-
-// Until the windowed-control base is wired in, the control has no window of its own.
-HWND CTOVHTMLControl::ControlWindow() const
-{
-    return nullptr;
 }

@@ -5,17 +5,22 @@
 #include <exdisp.h>
 #include <ocidl.h>
 #include <map>
+#include <vector>
 #include <string>
 #include <string_view>
 #include "TOVHTML_h.h"
 #include "control/trace.h"
 #include "events/browser_event_sinks.h"
+#include "events/event_proxy.h"
+#include "framework/connection_points.h"
+#include "framework/windowed_control.h"
 #include "framework/bstr.h"
 #include "framework/com_ptr.h"
 #include "framework/dispatch_impl.h"
 #include "framework/object_root.h"
 #include "framework/variant.h"
 #include "guicontrol/TOVGUIControlBase.h"
+#include "tov_frontend.h"
 #include "hosting/browser_site.h"
 
 class CTovDialogBox;
@@ -26,9 +31,11 @@ struct BstrLocaleLess {
 };
 
 class CTOVHTMLControl : public tov::ObjectRoot,
+                        public tov::WindowedControlBase,
                         public tov::DispatchImpl<ITOVHTMLControl, &IID_ITOVHTMLControl>,
                         public IProvideClassInfo2,
                         public ISupportErrorInfo,
+                        public tov::ConnectionPointContainerImpl,
                         public CTOVGUIControlBase {
 public:
     CTOVHTMLControl();
@@ -105,11 +112,22 @@ public:
     // ISupportErrorInfo
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID riid) override;
 
-    // The window the control owns (null before in-place activation).
-    HWND ControlWindow() const;
+    // IOleInPlaceObject: the browser loses its site and sinks before the control deactivates.
+    STDMETHODIMP InPlaceDeactivate() override;
+    // IOleInPlaceActiveObject: keyboard accelerators go to the browser.
+    STDMETHODIMP TranslateAccelerator(LPMSG lpmsg) override;
+    using tov::WindowedControlBase::ControlWindow;
 
 protected:
     void FinalConstruct() override;
+    const CLSID& ControlClassId() const override { return CLSID_TOVHTMLControl; }
+    DWORD ControlMiscStatus() const override { return 131473; }
+    IUnknown* ControlIdentity() override { return ControllingUnknown(); }
+    const IID& DefaultSourceIid() const override { return DIID__TOVHTMLControlEvents; }
+    bool OnMessage(UINT msg, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+    // The container's Close: the browser is disconnected, stopped and closed before the standard close.
+    HRESULT CloseControl(DWORD dwSaveOption) override;
+    std::vector<tov::EventConnectionPoint*> ConnectionPoints() override { return {&m_eventsPoint}; }
     LONG OnContainerConnected() override;
     LONG OnTraceSettingsChanged() override;
 
@@ -118,6 +136,13 @@ private:
     friend class CBrowserEventsSink;
     friend class CBrowserEvents2Sink;
 
+    // Fires one outgoing event; the control stays alive while the front end's handlers run.
+    template <class Fire> void FireEvent(Fire&& fire)
+    {
+        tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
+        fire();
+    }
+    template <class Fire> void FireFromFrontEnd(std::string_view scopeName, Fire&& fire);
     // The automation method pattern: trace scope, return code, browser check, exception guard.
     template <class Body>
     HRESULT AutomationCall(std::string_view scopeName, const char* invalidText, LONG* pRetCode, Body&& body);
@@ -142,6 +167,25 @@ private:
     HRESULT DoFirstEnableSecSessNavigation(BSTR url, IWebBrowser2* browser);
     HRESULT SignOnNavigation(std::string_view scopeName, BSTR url, IWebBrowser2* browser, BOOL& enabled,
                              const tov::Bstr& ticket, const tov::Bstr& service, bool securitySessionOnly);
+    // The container's in-place site (null when the control is not active in place).
+    IOleInPlaceSite* ContainerInPlaceSite() const;
+    // SetClientSite and DoVerb(in-place activate) of the browser in the control's window; with
+    // `uiActivate` a DoVerb(UI activate) follows.
+    void ActivateBrowserInPlace(bool uiActivate);
+    // The browser's context-menu request: S_OK when the front end is asked instead, else E_NOTIMPL.
+    HRESULT OnBrowserContextMenu();
+    // The data provider: subtype of the data behind a URL (null on any failure), its meta charset, a
+    // temporary file for it (placement 0: temporary folder, 1: browser cache folder), an output copy, and
+    // the deletion of every temporary file made.
+    tov::Bstr GetDataSubtype(std::wstring_view url);
+    HRESULT CheckMetaTag(std::wstring_view url);
+    tov::Bstr CreateTempFile(std::wstring_view url, int placement = 0);
+    void CreateOutputFile(std::wstring_view url);
+    HRESULT DeleteTempFiles();
+    // "WM_TOV_WANTKEY": 1 when the control wants the key of the message record behind wParam.
+    LRESULT OnTOVWantKey(WPARAM wParam);
+    // Stops, quits and forgets every detached browser window.
+    LONG CloseBrowserWindows();
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
@@ -204,10 +248,15 @@ private:
     tov::Bstr m_bstrTessarilSavedURL;
     CTovDialogBox* m_pSimpleBrowseDlg = nullptr;
 
+    // The browser reported itself active in place (the state WM_SIZE looks at).
+    bool m_bInPlaceActive = false;
     // References the browser holds on the site and the sinks (not on the control itself).
     ULONG m_cBrowserHeldRefs = 0;
     // Parts of this object with interfaces of their own.
     CBrowserSite m_site{*this};
     CBrowserEventsSink m_eventsSink{*this};
     CBrowserEvents2Sink m_events2Sink{*this};
+    tov::EventConnectionPoint m_eventsPoint{*static_cast<ITOVHTMLControl*>(this),
+                                            *static_cast<IConnectionPointContainer*>(this), DIID__TOVHTMLControlEvents};
+    CProxy_TOVHTMLControlEvents m_events{m_eventsPoint};
 };

@@ -86,7 +86,8 @@ void CTOVHTMLControl::FinalRelease() noexcept
             m_pOleObject->SetClientSite(nullptr);
             m_pOleObject->Close(OLECLOSE_NOSAVE);
         }
-        // Detached windows, the Simple Browse dialog and temporary files are closed here as they come.
+        CloseBrowserWindows();
+        DeleteTempFiles();
         if (m_bSourceFileCreated) {
             const std::string path = ToAnsi(m_pszTempFileStem);
             if (!DeleteFileA(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) {

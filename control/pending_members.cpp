@@ -1,8 +1,6 @@
 // Members of the automation interface whose behaviour is not built yet: they answer E_NOTIMPL.
 #include "TOVHTMLControl.h"
 
-STDMETHODIMP CTOVHTMLControl::ShowData(BSTR /*pURL*/, BSTR /*pFrame*/, LONG /*bLocalURL*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR /*pURL*/, BSTR /*pFrame*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ShowURLInBrowser(BSTR /*pURL*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::putref_ScriptText(IDispatch */*a*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ExecuteScript() { return E_NOTIMPL; }
@@ -16,7 +14,3 @@ STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR */*pstrCharset*/) { return E
 STDMETHODIMP CTOVHTMLControl::GetHTMLSourceContent(BSTR */*str*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::SetHTMLSourceContent(BSTR */*str*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::LoadIconFont(BSTR /*iconRequest*/, BSTR */*iconInfo*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::DoTOVEVENT(BSTR, LONG, BSTR, BSTR, BSTR, BSTR, BSTR, BSTR, BSTR, BSTR) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::DoNavigateComplete(BSTR) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::DoContextMenuSelected(BSTR) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::DoContextMenuRequest(LONG, LONG) { return E_NOTIMPL; }

@@ -1,15 +1,23 @@
 #include "hosting/browser_site.h"
 #include "control/TOVHTMLControl.h"
+#include <mshtml.h>
+#include "framework/com_ptr.h"
 #include "framework/object_root.h"
+#include "framework/variant.h"
+#include "hosting/host_policy.h"
 
 using tov::Entry;
+
+namespace {
+// {F38BC242-B950-11D1-8918-00C04FC2C836}: the document host's command group (script errors).
+constexpr GUID kDocHostCommandHandler = {0xf38bc242, 0xb950, 0x11d1, {0x89, 0x18, 0x00, 0xc0, 0x4f, 0xc2, 0xc8, 0x36}};
+} // namespace
 
 void* CBrowserSite::FindInterface(REFIID riid) noexcept
 {
     const tov::InterfaceEntry table[] = {
         Entry<IOleClientSite>(IID_IOleClientSite, this),
         Entry<IOleInPlaceSite>(IID_IOleInPlaceSite, this),
-        Entry<IOleInPlaceSite>(IID_IOleWindow, this),
         Entry<IOleControlSite>(IID_IOleControlSite, this),
         Entry<IDocHostUIHandler>(IID_IDocHostUIHandler, this),
         Entry<IOleContainer>(IID_IOleContainer, this),
@@ -32,7 +40,7 @@ STDMETHODIMP_(ULONG) CBrowserSite::AddRef() { return ++m_control.m_cBrowserHeldR
 STDMETHODIMP_(ULONG) CBrowserSite::Release() { return --m_control.m_cBrowserHeldRefs; }
 
 // IOleClientSite
-STDMETHODIMP CBrowserSite::SaveObject() { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::SaveObject() { return S_OK; }
 STDMETHODIMP CBrowserSite::GetMoniker(DWORD, DWORD, IMoniker** ppmk)
 {
     if (ppmk) *ppmk = nullptr;
@@ -41,11 +49,23 @@ STDMETHODIMP CBrowserSite::GetMoniker(DWORD, DWORD, IMoniker** ppmk)
 STDMETHODIMP CBrowserSite::GetContainer(IOleContainer** ppContainer)
 {
     if (!ppContainer) return E_POINTER;
-    *ppContainer = static_cast<IOleContainer*>(this);
-    AddRef();
+    *ppContainer = nullptr;
+    try {
+        return QueryInterface(IID_IOleContainer, reinterpret_cast<void**>(ppContainer)) == S_OK ? S_OK : E_NOINTERFACE;
+    } catch (...) {
+        return E_FAIL;
+    }
+}
+
+// The browser asks to be shown: activate it in place again in the control's window.
+STDMETHODIMP CBrowserSite::ShowObject()
+{
+    try {
+        m_control.ActivateBrowserInPlace(false);
+    } catch (...) {
+    }
     return S_OK;
 }
-STDMETHODIMP CBrowserSite::ShowObject() { return S_OK; }
 STDMETHODIMP CBrowserSite::OnShowWindow(BOOL) { return S_OK; }
 STDMETHODIMP CBrowserSite::RequestNewObjectLayout() { return E_NOTIMPL; }
 
@@ -58,35 +78,53 @@ STDMETHODIMP CBrowserSite::GetWindow(HWND* phwnd)
 }
 STDMETHODIMP CBrowserSite::ContextSensitiveHelp(BOOL) { return E_NOTIMPL; }
 STDMETHODIMP CBrowserSite::CanInPlaceActivate() { return S_OK; }
-STDMETHODIMP CBrowserSite::OnInPlaceActivate() { return S_OK; }
+STDMETHODIMP CBrowserSite::OnInPlaceActivate()
+{
+    m_control.m_bInPlaceActive = true;
+    return S_OK;
+}
 STDMETHODIMP CBrowserSite::OnUIActivate() { return S_OK; }
+// The container's frame and document windows serve the browser too; the rectangles are the control's.
 STDMETHODIMP CBrowserSite::GetWindowContext(IOleInPlaceFrame** ppFrame, IOleInPlaceUIWindow** ppDoc, LPRECT lprcPosRect,
                                             LPRECT lprcClipRect, LPOLEINPLACEFRAMEINFO lpFrameInfo)
 {
     if (ppFrame) *ppFrame = nullptr;
     if (ppDoc) *ppDoc = nullptr;
+    IOleInPlaceSite* containerSite = m_control.ContainerInPlaceSite();
+    const HRESULT hr = containerSite ? containerSite->GetWindowContext(ppFrame, ppDoc, lprcPosRect, lprcClipRect, lpFrameInfo)
+                                     : E_UNEXPECTED;
     RECT rc{};
     GetClientRect(m_control.ControlWindow(), &rc);
     if (lprcPosRect) *lprcPosRect = rc;
     if (lprcClipRect) *lprcClipRect = rc;
-    if (lpFrameInfo) {
-        lpFrameInfo->fMDIApp = FALSE;
-        lpFrameInfo->hwndFrame = GetAncestor(m_control.ControlWindow(), GA_ROOT);
-        lpFrameInfo->haccel = nullptr;
-        lpFrameInfo->cAccelEntries = 0;
-    }
-    return S_OK;
+    return hr;
 }
-STDMETHODIMP CBrowserSite::Scroll(SIZE) { return E_NOTIMPL; }
-STDMETHODIMP CBrowserSite::OnUIDeactivate(BOOL) { return S_OK; }
-STDMETHODIMP CBrowserSite::OnInPlaceDeactivate() { return S_OK; }
-STDMETHODIMP CBrowserSite::DiscardUndoState() { return E_NOTIMPL; }
-STDMETHODIMP CBrowserSite::DeactivateAndUndo() { return E_NOTIMPL; }
-STDMETHODIMP CBrowserSite::OnPosRectChange(LPCRECT) { return S_OK; }
+STDMETHODIMP CBrowserSite::Scroll(SIZE scrollExtant)
+{
+    IOleInPlaceSite* site = m_control.ContainerInPlaceSite();
+    return site ? site->Scroll(scrollExtant) : E_UNEXPECTED;
+}
+STDMETHODIMP CBrowserSite::OnUIDeactivate(BOOL) { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::OnInPlaceDeactivate() { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::DiscardUndoState()
+{
+    IOleInPlaceSite* site = m_control.ContainerInPlaceSite();
+    return site ? site->DiscardUndoState() : E_UNEXPECTED;
+}
+STDMETHODIMP CBrowserSite::DeactivateAndUndo()
+{
+    IOleInPlaceSite* site = m_control.ContainerInPlaceSite();
+    return site ? site->DeactivateAndUndo() : E_UNEXPECTED;
+}
+STDMETHODIMP CBrowserSite::OnPosRectChange(LPCRECT lprcPosRect)
+{
+    IOleInPlaceSite* site = m_control.ContainerInPlaceSite();
+    return site ? site->OnPosRectChange(lprcPosRect) : E_UNEXPECTED;
+}
 
 // IOleControlSite
-STDMETHODIMP CBrowserSite::OnControlInfoChanged() { return S_OK; }
-STDMETHODIMP CBrowserSite::LockInPlaceActive(BOOL) { return S_OK; }
+STDMETHODIMP CBrowserSite::OnControlInfoChanged() { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::LockInPlaceActive(BOOL) { return E_NOTIMPL; }
 STDMETHODIMP CBrowserSite::GetExtendedControl(IDispatch** ppDisp)
 {
     if (ppDisp) *ppDisp = nullptr;
@@ -94,20 +132,31 @@ STDMETHODIMP CBrowserSite::GetExtendedControl(IDispatch** ppDisp)
 }
 STDMETHODIMP CBrowserSite::TransformCoords(POINTL*, POINTF*, DWORD) { return E_NOTIMPL; }
 STDMETHODIMP CBrowserSite::TranslateAccelerator(MSG*, DWORD) { return S_FALSE; }
-STDMETHODIMP CBrowserSite::OnFocus(BOOL) { return S_OK; }
+STDMETHODIMP CBrowserSite::OnFocus(BOOL) { return E_NOTIMPL; }
 STDMETHODIMP CBrowserSite::ShowPropertyFrame() { return E_NOTIMPL; }
 
 // IDocHostUIHandler
-STDMETHODIMP CBrowserSite::ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*) { return E_NOTIMPL; }
-STDMETHODIMP CBrowserSite::GetHostInfo(DOCHOSTUIINFO*) { return E_NOTIMPL; }
-STDMETHODIMP CBrowserSite::ShowUI(DWORD, IOleInPlaceActiveObject*, IOleCommandTarget*, IOleInPlaceFrame*, IOleInPlaceUIWindow*) { return S_FALSE; }
-STDMETHODIMP CBrowserSite::HideUI() { return S_OK; }
-STDMETHODIMP CBrowserSite::UpdateUI() { return S_OK; }
-STDMETHODIMP CBrowserSite::EnableModeless(BOOL) { return S_OK; }
-STDMETHODIMP CBrowserSite::OnDocWindowActivate(BOOL) { return S_OK; }
-STDMETHODIMP CBrowserSite::OnFrameWindowActivate(BOOL) { return S_OK; }
-STDMETHODIMP CBrowserSite::ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) { return S_OK; }
-STDMETHODIMP CBrowserSite::TranslateAccelerator(LPMSG, const GUID*, DWORD) { return S_FALSE; }
+STDMETHODIMP CBrowserSite::ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*)
+{
+    return m_control.OnBrowserContextMenu();
+}
+STDMETHODIMP CBrowserSite::GetHostInfo(DOCHOSTUIINFO* pInfo)
+{
+    if (m_control.m_lUIFlag == 0) return E_NOTIMPL;
+    if (!pInfo) return E_POINTER;
+    pInfo->dwFlags = static_cast<DWORD>(m_control.m_lUIFlag);
+    pInfo->dwDoubleClick = DOCHOSTUIDBLCLK_DEFAULT;
+    return S_OK;
+}
+STDMETHODIMP CBrowserSite::ShowUI(DWORD, IOleInPlaceActiveObject*, IOleCommandTarget*, IOleInPlaceFrame*, IOleInPlaceUIWindow*) { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::HideUI() { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::UpdateUI() { return E_NOTIMPL; }
+// The control's own in-place active object would answer these four with E_NOTIMPL.
+STDMETHODIMP CBrowserSite::EnableModeless(BOOL) { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::OnDocWindowActivate(BOOL) { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::OnFrameWindowActivate(BOOL) { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) { return E_NOTIMPL; }
+STDMETHODIMP CBrowserSite::TranslateAccelerator(LPMSG, const GUID*, DWORD) { return E_NOTIMPL; }
 STDMETHODIMP CBrowserSite::GetOptionKeyPath(LPOLESTR* pchKey, DWORD)
 {
     if (pchKey) *pchKey = nullptr;
@@ -118,20 +167,26 @@ STDMETHODIMP CBrowserSite::GetDropTarget(IDropTarget*, IDropTarget** ppDropTarge
     if (ppDropTarget) *ppDropTarget = nullptr;
     return E_NOTIMPL;
 }
+// A page's window.external is the browser object itself.
 STDMETHODIMP CBrowserSite::GetExternal(IDispatch** ppDispatch)
 {
-    if (ppDispatch) *ppDispatch = nullptr;
-    return E_NOTIMPL;
+    if (!m_control.m_pWebBrowser) {
+        if (ppDispatch) *ppDispatch = nullptr;
+        return E_NOTIMPL;
+    }
+    if (!ppDispatch) return E_POINTER;
+    *ppDispatch = m_control.m_pWebBrowser.CopyOut();
+    return S_OK;
 }
 STDMETHODIMP CBrowserSite::TranslateUrl(DWORD, LPWSTR, LPWSTR* ppchURLOut)
 {
     if (ppchURLOut) *ppchURLOut = nullptr;
-    return S_FALSE;
+    return E_NOTIMPL;
 }
 STDMETHODIMP CBrowserSite::FilterDataObject(IDataObject*, IDataObject** ppDORet)
 {
     if (ppDORet) *ppDORet = nullptr;
-    return S_FALSE;
+    return E_NOTIMPL;
 }
 
 // IOleContainer
@@ -145,13 +200,18 @@ STDMETHODIMP CBrowserSite::EnumObjects(DWORD, IEnumUnknown** ppenum)
     if (ppenum) *ppenum = nullptr;
     return E_NOTIMPL;
 }
-STDMETHODIMP CBrowserSite::LockContainer(BOOL) { return S_OK; }
+STDMETHODIMP CBrowserSite::LockContainer(BOOL fLock)
+{
+    return CoLockObjectExternal(m_control.ControllingUnknown(), fLock, TRUE);
+}
 
 // IServiceProvider
-STDMETHODIMP CBrowserSite::QueryService(REFGUID, REFIID, void** ppv)
+STDMETHODIMP CBrowserSite::QueryService(REFGUID guidService, REFIID riid, void** ppv)
 {
     if (!ppv) return E_POINTER;
     *ppv = nullptr;
+    if (IsEqualGUID(guidService, IID_IInternetSecurityManager)) return QueryInterface(riid, ppv);
+    if (IsEqualGUID(guidService, IID_IProtectFocus) && IsEqualIID(riid, IID_IProtectFocus)) return QueryInterface(riid, ppv);
     return E_NOINTERFACE;
 }
 
@@ -164,7 +224,14 @@ STDMETHODIMP CBrowserSite::GetSecuritySite(IInternetSecurityMgrSite** ppSite)
 }
 STDMETHODIMP CBrowserSite::MapUrlToZone(LPCWSTR, DWORD*, DWORD) { return INET_E_DEFAULT_ACTION; }
 STDMETHODIMP CBrowserSite::GetSecurityId(LPCWSTR, BYTE*, DWORD*, DWORD_PTR) { return INET_E_DEFAULT_ACTION; }
-STDMETHODIMP CBrowserSite::ProcessUrlAction(LPCWSTR, DWORD, BYTE*, DWORD, BYTE*, DWORD, DWORD, DWORD) { return INET_E_DEFAULT_ACTION; }
+STDMETHODIMP CBrowserSite::ProcessUrlAction(LPCWSTR pwszUrl, DWORD dwAction, BYTE* pPolicy, DWORD, BYTE*, DWORD, DWORD, DWORD)
+{
+    const auto answer = tov::host::DecideUrlAction(pwszUrl ? std::wstring_view(pwszUrl) : std::wstring_view(), dwAction);
+    if (answer == tov::host::UrlActionAnswer::Default) return INET_E_DEFAULT_ACTION;
+    // The browser always passes room for a policy; without a buffer nothing is written.
+    if (pPolicy) *pPolicy = answer == tov::host::UrlActionAnswer::Query ? URLPOLICY_QUERY : URLPOLICY_ALLOW;
+    return S_OK;
+}
 STDMETHODIMP CBrowserSite::QueryCustomPolicy(LPCWSTR, REFGUID, BYTE** ppPolicy, DWORD* pcbPolicy, BYTE*, DWORD, DWORD)
 {
     if (ppPolicy) *ppPolicy = nullptr;
@@ -179,13 +246,51 @@ STDMETHODIMP CBrowserSite::GetZoneMappings(DWORD, IEnumString** ppenumString, DW
 }
 
 // IProtectFocus
+// No page moves the focus by script.
 STDMETHODIMP CBrowserSite::AllowFocusChange(BOOL* pfAllow)
 {
     if (!pfAllow) return E_POINTER;
-    *pfAllow = TRUE;
+    *pfAllow = FALSE;
     return S_OK;
 }
 
 // IOleCommandTarget
-STDMETHODIMP CBrowserSite::QueryStatus(const GUID*, ULONG, OLECMD[], OLECMDTEXT*) { return OLECMDERR_E_UNKNOWNGROUP; }
-STDMETHODIMP CBrowserSite::Exec(const GUID*, DWORD, DWORD, VARIANT*, VARIANT*) { return OLECMDERR_E_UNKNOWNGROUP; }
+STDMETHODIMP CBrowserSite::QueryStatus(const GUID*, ULONG, OLECMD[], OLECMDTEXT*) { return S_OK; }
+
+// Script errors: the error's properties are read from the page's event object and dropped; no dialog is
+// shown and the page's scripts keep running.
+STDMETHODIMP CBrowserSite::Exec(const GUID* pguidCmdGroup, DWORD nCmdID, DWORD, VARIANT* pvaIn, VARIANT* pvaOut)
+{
+    if (!pguidCmdGroup || !IsEqualGUID(*pguidCmdGroup, kDocHostCommandHandler)) return OLECMDERR_E_UNKNOWNGROUP;
+    if (nCmdID != OLECMDID_SHOWSCRIPTERROR) return OLECMDERR_E_NOTSUPPORTED;
+    HRESULT hr = E_INVALIDARG;
+    try {
+        IUnknown* in = (pvaIn && (pvaIn->vt == VT_UNKNOWN || pvaIn->vt == VT_DISPATCH)) ? pvaIn->punkVal : nullptr;
+        tov::ComPtr<IHTMLDocument2> document;
+        tov::ComPtr<IHTMLWindow2> window;
+        tov::ComPtr<IHTMLEventObj> event;
+        if (in) hr = in->QueryInterface(IID_IHTMLDocument2, document.PutVoid());
+        if (document) hr = document->get_parentWindow(window.Put());
+        document.Reset();
+        if (window) hr = window->get_event(event.Put());
+        if (event) {
+            for (const wchar_t* name : {L"errorLine", L"errorCharacter", L"errorCode", L"errorMessage", L"errorUrl"}) {
+                DISPID id = DISPID_UNKNOWN;
+                LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
+                hr = event->GetIDsOfNames(IID_NULL, names, 1, LOCALE_SYSTEM_DEFAULT, &id);
+                if (FAILED(hr)) continue;
+                DISPPARAMS none{};
+                tov::Variant value;
+                hr = event->Invoke(id, IID_NULL, LOCALE_SYSTEM_DEFAULT, DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr);
+            }
+        }
+    } catch (...) {
+        hr = E_FAIL;
+    }
+    if (pvaOut) {
+        VariantClear(pvaOut);
+        pvaOut->vt = VT_BOOL;
+        pvaOut->boolVal = VARIANT_TRUE;
+    }
+    return hr;
+}

@@ -52,6 +52,35 @@ std::wstring ShowDataUrl(long mode, std::wstring_view prefix, std::wstring_view 
     return out;
 }
 
+std::wstring_view WithoutFragment(std::wstring_view url)
+{
+    return url.substr(0, url.find(L'#'));
+}
+
+std::wstring ProviderUrl(std::wstring_view url, std::wstring_view localPrefix)
+{
+    const std::wstring_view cut = WithoutFragment(url);
+    if (IsDataUrl(url)) return std::wstring(cut);
+    std::wstring out(localPrefix);
+    out += cut;
+    return out;
+}
+
+std::wstring_view TempFileNamePart(std::wstring_view url)
+{
+    if (!IsDataUrl(url)) return url;
+    const size_t slash = url.rfind(L'/');
+    return slash == std::wstring_view::npos ? std::wstring_view() : url.substr(slash + 1);
+}
+
+std::wstring SafeFileNamePart(std::wstring_view name)
+{
+    std::wstring out(name);
+    for (wchar_t& c : out)
+        if (c == L'\\' || c == L'/' || c == L':') c = L'_';
+    return out;
+}
+
 std::wstring_view NavigableUrl(std::wstring_view url)
 {
     return url.empty() ? kBlankPage : url;

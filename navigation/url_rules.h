@@ -40,6 +40,15 @@ inline long NormalizedMode(long mode) { return mode == 1 ? 1 : 2; }
 
 // The URL ShowData navigates to: "mk:" in mode 1, then the chosen prefix, then the provider URL.
 std::wstring ShowDataUrl(long mode, std::wstring_view prefix, std::wstring_view url);
+// The URL cut at its first "#": the fragment never reaches the data provider.
+std::wstring_view WithoutFragment(std::wstring_view url);
+// The URL the data provider is asked for: cut at "#", and behind the local prefix unless it is a data URL.
+std::wstring ProviderUrl(std::wstring_view url, std::wstring_view localPrefix);
+// The name part of a temporary file: after the last "/" for data URLs, else the whole URL (fragment kept).
+std::wstring_view TempFileNamePart(std::wstring_view url);
+// A name part must not leave the temporary folder: path separators and drive colons become "_".
+std::wstring SafeFileNamePart(std::wstring_view name);
+
 // An empty URL (no characters at all) stands for the blank page.
 std::wstring_view NavigableUrl(std::wstring_view url);
 

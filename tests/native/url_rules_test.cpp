@@ -48,3 +48,14 @@ TEST(UrlRules, NavigatedUrls)
     EXPECT_EQ(L"about:blank", NavigableUrl(L""));
     EXPECT_EQ(L" ", NavigableUrl(L" "));
 }
+
+TEST(UrlRules, ProviderUrlsAndTemporaryFileNames)
+{
+    EXPECT_EQ(L"@TOVHTML://1a/page.htm", ProviderUrl(L"page.htm#top", L"@TOVHTML://1a/"));
+    EXPECT_EQ(L"TOVQ5:/a/b/Picture%20one.gif", ProviderUrl(L"TOVQ5:/a/b/Picture%20one.gif#x", L"@TOVHTML://1a/"));
+    EXPECT_EQ(L"page.htm", ProviderUrl(L"page.htm", L"")) << "no prefix while it is empty";
+    EXPECT_EQ(L"page.htm#top", TempFileNamePart(L"page.htm#top"));
+    EXPECT_EQ(L"Picture%20one.gif", TempFileNamePart(L"tovq5:/a/b/Picture%20one.gif"));
+    EXPECT_EQ(L"", TempFileNamePart(L"tovq5:nothing")) << "a data URL without any slash names no file";
+    EXPECT_EQ(L"a_b_c_d", SafeFileNamePart(L"a\\b/c:d"));
+}

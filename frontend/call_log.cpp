@@ -2,12 +2,54 @@
 #include <cstdio>
 
 namespace tovfe {
+namespace {
+
+std::string Narrow(const std::wstring& s)
+{
+    std::string out;
+    for (wchar_t c : s) out += c < 0x80 ? static_cast<char>(c) : '?';
+    return out;
+}
+
+std::wstring ArrayText(const SAFEARRAY* a)
+{
+    if (!a) return L"ARRAY:<null>";
+    unsigned long long elements = a->cDims ? 1 : 0;
+    for (USHORT d = 0; d < a->cDims; ++d) elements *= a->rgsabound[d].cElements;
+    return L"ARRAY:" + std::to_wstring(elements * a->cbElements) + L" bytes";
+}
+
+// The value a VT_BYREF variant points at, as a variant of its own that borrows it.
+bool Dereference(const VARIANT& ref, VARIANT& target)
+{
+    if (!ref.byref) return false;
+    VariantInit(&target);
+    target.vt = ref.vt & ~VT_BYREF;
+    if (target.vt & VT_ARRAY) {
+        target.parray = *ref.pparray;
+        return true;
+    }
+    switch (target.vt) {
+    case VT_I4: target.lVal = *ref.plVal; return true;
+    case VT_BSTR: target.bstrVal = *ref.pbstrVal; return true;
+    case VT_BOOL: target.boolVal = *ref.pboolVal; return true;
+    case VT_DISPATCH: target.pdispVal = *ref.ppdispVal; return true;
+    default: return true; // shown by its type alone
+    }
+}
+
+} // namespace
 
 std::wstring Call::Text() const
 {
     std::wstring t = name + L"(";
     for (size_t i = 0; i < args.size(); ++i) t += (i ? L", " : L"") + args[i];
     return t + L")";
+}
+
+void CallLog::Add(std::wstring name, std::vector<std::wstring> args)
+{
+    m_calls.push_back({std::move(name), std::move(args)});
 }
 
 std::vector<std::wstring> CallLog::Texts() const
@@ -31,6 +73,25 @@ size_t CallLog::Count(const std::wstring& name) const
     return n;
 }
 
+AskedToThrow::AskedToThrow(const std::wstring& call) : std::runtime_error("stand-in told to throw in " + Narrow(call)) {}
+
+void FailurePlan::Clear()
+{
+    m_failures.clear();
+    m_throwing.clear();
+}
+
+HRESULT FailurePlan::Outcome(const Call& call) const
+{
+    const std::wstring text = call.Text();
+    for (const std::wstring* key : {&text, &call.name}) {
+        if (m_throwing.count(*key)) throw AskedToThrow(text);
+        auto f = m_failures.find(*key);
+        if (f != m_failures.end()) return f->second;
+    }
+    return S_OK;
+}
+
 std::wstring ArgText(BSTR value)
 {
     return value ? std::wstring(value, SysStringLen(value)) : L"<null>";
@@ -39,24 +100,18 @@ std::wstring ArgText(BSTR value)
 std::wstring ArgText(const VARIANT* v)
 {
     if (!v) return L"<null>";
-    if (v->vt == (VT_BYREF | VT_VARIANT)) return L"ref " + ArgText(v->pvarVal);
-    if (v->vt & VT_ARRAY) {
-        SAFEARRAY* a = (v->vt & VT_BYREF) ? (v->pparray ? *v->pparray : nullptr) : v->parray;
-        if (!a) return L"ARRAY:<null>";
-        LONG lo = 0, hi = -1;
-        SafeArrayGetLBound(a, 1, &lo);
-        SafeArrayGetUBound(a, 1, &hi);
-        return L"ARRAY:" + std::to_wstring((hi - lo + 1) * static_cast<LONG>(SafeArrayGetElemsize(a))) + L" bytes";
+    if (v->vt & VT_BYREF) {
+        if (v->vt == (VT_BYREF | VT_VARIANT)) return L"ref " + ArgText(v->pvarVal);
+        VARIANT target;
+        return L"ref " + (Dereference(*v, target) ? ArgText(&target) : std::wstring(L"<null>"));
     }
+    if (v->vt & VT_ARRAY) return ArrayText(v->parray);
     switch (v->vt) {
     case VT_EMPTY: return L"<empty>";
-    case VT_NULL: return L"<vtnull>";
     case VT_I4: return L"I4:" + std::to_wstring(v->lVal);
-    case VT_INT: return L"I4:" + std::to_wstring(v->intVal);
     case VT_BSTR: return L"BSTR:" + ArgText(v->bstrVal);
     case VT_BOOL: return std::wstring(L"BOOL:") + (v->boolVal ? L"true" : L"false");
     case VT_DISPATCH: return std::wstring(L"DISPATCH:") + (v->pdispVal ? L"object" : L"<null>");
-    case VT_UNKNOWN: return std::wstring(L"UNKNOWN:") + (v->punkVal ? L"object" : L"<null>");
     default: return L"vt" + std::to_wstring(v->vt);
     }
 }

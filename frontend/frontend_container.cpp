@@ -1,68 +1,54 @@
 #include "frontend/frontend_container.h"
+#include <algorithm>
+#include "frontend/type_library_text.h"
 
 namespace tovfe {
 
-std::wstring GuidKey(REFGUID g)
-{
-    wchar_t buf[40] = {};
-    StringFromGUID2(g, buf, 40);
-    return buf;
-}
-
-STDMETHODIMP FrontendContainer::QueryInterface(REFIID riid, void** ppv)
-{
-    if (!ppv) return E_POINTER;
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, IID_ITOVFrontendContainer)) {
-        *ppv = static_cast<ITOVFrontendContainer*>(this);
-        AddRef();
-        return S_OK;
-    }
-    *ppv = nullptr;
-    return E_NOINTERFACE;
-}
-
 STDMETHODIMP FrontendContainer::GetService(REFGUID guidService, REFIID, IUnknown** ppService)
 {
-    m_log.Add(L"GetService", {GuidKey(guidService)});
-    if (!ppService) return E_POINTER;
-    *ppService = nullptr;
-    auto it = m_services.find(GuidKey(guidService));
-    if (it == m_services.end()) return E_NOINTERFACE;
-    *ppService = it->second.CopyOut();
-    return S_OK;
+    if (ppService) *ppService = nullptr;
+    return StandInCall([&] {
+        m_log.Add(L"GetService", {GuidText(guidService)});
+        if (!ppService) return E_POINTER;
+        for (const auto& [sid, service] : m_services) {
+            if (IsEqualGUID(sid, guidService)) {
+                *ppService = service.CopyOut();
+                return S_OK;
+            }
+        }
+        return E_NOINTERFACE;
+    });
 }
 
 void FrontendContainer::AddService(REFGUID sid, IUnknown* service)
 {
-    m_services[GuidKey(sid)] = service;
-}
-
-STDMETHODIMP TraceSinkStandIn::QueryInterface(REFIID riid, void** ppv)
-{
-    if (!ppv) return E_POINTER;
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, IID_ITOVTraceSink)) {
-        *ppv = static_cast<ITOVTraceSink*>(this);
-        AddRef();
-        return S_OK;
-    }
-    *ppv = nullptr;
-    return E_NOINTERFACE;
+    std::erase_if(m_services, [&](const auto& entry) { return IsEqualGUID(entry.first, sid) != 0; });
+    if (service) m_services.emplace_back(sid, service);
 }
 
 STDMETHODIMP TraceSinkStandIn::WriteLine(GUID component, LPCSTR text)
 {
-    m_lines.push_back(text ? text : "");
-    m_components.push_back(component);
-    return S_OK;
+    return StandInCall([&] {
+        m_lines.push_back(text ? text : "");
+        m_components.push_back(component);
+        return S_OK;
+    });
 }
 
 STDMETHODIMP TraceSinkStandIn::GetTraceLevel(GUID, ULONG* pLevel)
 {
     ++m_levelQueries;
-    if (FAILED(m_levelFailure)) return m_levelFailure;
     if (!pLevel) return E_POINTER;
+    *pLevel = 0;
+    if (FAILED(m_levelFailure)) return m_levelFailure;
     *pLevel = m_level;
     return S_OK;
+}
+
+void TraceSinkStandIn::ClearLines()
+{
+    m_lines.clear();
+    m_components.clear();
 }
 
 std::string TraceSinkStandIn::Text() const
@@ -74,9 +60,9 @@ std::string TraceSinkStandIn::Text() const
 
 void MakeFrontend(tov::ComPtr<FrontendContainer>& container, tov::ComPtr<TraceSinkStandIn>& sink)
 {
-    container.Attach(new FrontendContainer());
-    sink.Attach(new TraceSinkStandIn());
-    container->AddService(SID_TOVTraceSink, sink.Get());
+    container = FrontendContainer::Create();
+    sink = TraceSinkStandIn::Create();
+    container->AddService(SID_TOVTraceSink, static_cast<ITOVTraceSink*>(sink.Get()));
 }
 
 } // namespace tovfe

@@ -2,56 +2,63 @@
 // The front end as the control sees it: a container that hands out services, and the trace service
 // that a test sets to a level and that collects every line.
 #include <windows.h>
-#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 #include "frontend/call_log.h"
+#include "frontend/class_registration.h"
 #include "framework/com_ptr.h"
+#include "framework/object_root.h"
 #include "tov_frontend.h"
 
 namespace tovfe {
 
-// Reference counting shared by the front-end stand-ins.
-template <class Itf> class RefCounted : public Itf {
+// IDispatch of a front-end interface that the control only calls early-bound.
+template <class Itf> class EarlyBoundOnly : public Itf {
 public:
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG n = --m_refs;
-        if (!n) delete this;
-        return n;
-    }
-    ULONG RefCount() const { return m_refs; }
-    virtual ~RefCounted() = default;
-
-private:
-    ULONG m_refs = 1;
-};
-
-class FrontendContainer final : public RefCounted<ITOVFrontendContainer> {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { if (pp) *pp = nullptr; return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
+};
+
+class FrontendContainer final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVFrontendContainer> {
+public:
+    static tov::ComPtr<FrontendContainer> Create()
+    {
+        return CreateStandIn<FrontendContainer, ITOVFrontendContainer>(IID_ITOVFrontendContainer);
+    }
+
+    TOV_IUNKNOWN_DELEGATING
+    void* FindInterface(REFIID riid) noexcept override
+    {
+        return Lookup(riid, {tov::Entry<ITOVFrontendContainer>(IID_ITOVFrontendContainer, this),
+                             tov::Entry<ITOVFrontendContainer>(IID_IDispatch, this)});
+    }
+    // The service registered for `guidService`, as IUnknown: the caller asks it for `riid` itself.
     STDMETHODIMP GetService(REFGUID guidService, REFIID riid, IUnknown** ppService) override;
 
+    // Registers (or with null removes) the service for `sid`.
     void AddService(REFGUID sid, IUnknown* service);
     CallLog& Log() { return m_log; }
 
 private:
-    std::map<std::wstring, tov::ComPtr<IUnknown>> m_services;
+    friend class tov::ObjectRoot;
+    FrontendContainer() = default;
+
+    std::vector<std::pair<GUID, tov::ComPtr<IUnknown>>> m_services;
     CallLog m_log;
 };
 
-class TraceSinkStandIn final : public RefCounted<ITOVTraceSink> {
+class TraceSinkStandIn final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVTraceSink> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
+    static tov::ComPtr<TraceSinkStandIn> Create() { return CreateStandIn<TraceSinkStandIn, ITOVTraceSink>(IID_ITOVTraceSink); }
+
+    TOV_IUNKNOWN_DELEGATING
+    void* FindInterface(REFIID riid) noexcept override
+    {
+        return Lookup(riid, {tov::Entry<ITOVTraceSink>(IID_ITOVTraceSink, this), tov::Entry<ITOVTraceSink>(IID_IDispatch, this)});
+    }
     STDMETHODIMP WriteLine(GUID component, LPCSTR text) override;
     STDMETHODIMP GetTraceLevel(GUID component, ULONG* pLevel) override;
 
@@ -59,12 +66,15 @@ public:
     void FailGetLevel(HRESULT hr) { m_levelFailure = hr; }
     const std::vector<std::string>& Lines() const { return m_lines; }
     const std::vector<GUID>& Components() const { return m_components; }
-    void ClearLines() { m_lines.clear(); m_components.clear(); }
+    void ClearLines();
     int LevelQueries() const { return m_levelQueries; }
     // Every line written so far, one per row, for a person reading the demo.
     std::string Text() const;
 
 private:
+    friend class tov::ObjectRoot;
+    TraceSinkStandIn() = default;
+
     ULONG m_level = 0;
     HRESULT m_levelFailure = S_OK;
     int m_levelQueries = 0;
@@ -72,9 +82,7 @@ private:
     std::vector<GUID> m_components;
 };
 
-std::wstring GuidKey(REFGUID g);
-
-// A container with the trace service registered.
+// A container with the trace sink registered as its trace service.
 void MakeFrontend(tov::ComPtr<FrontendContainer>& container, tov::ComPtr<TraceSinkStandIn>& sink);
 
 } // namespace tovfe

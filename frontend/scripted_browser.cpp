@@ -1,5 +1,6 @@
 #include "frontend/scripted_browser.h"
-#include <stdexcept>
+#include "frontend/type_library_text.h"
+#include "framework/bstr.h"
 
 namespace tovfe {
 namespace {
@@ -8,7 +9,7 @@ struct NamedIid {
     const IID* iid;
     const wchar_t* name;
 };
-// QueryInterface calls worth recording, by name.
+// The queries the log shows; IUnknown, IDispatch and the rest would only bury the calls that matter.
 const NamedIid kRecordedQueries[] = {
     {&IID_IWebBrowser, L"IWebBrowser"},
     {&IID_IWebBrowserApp, L"IWebBrowserApp"},
@@ -26,124 +27,151 @@ std::wstring RectText(LPCRECT r)
            std::to_wstring(r->bottom);
 }
 
-std::wstring GuidText(const GUID* g)
+std::wstring GroupText(const GUID* group)
 {
-    if (!g) return L"null";
-    wchar_t buf[40] = {};
-    StringFromGUID2(*g, buf, 40);
-    return buf;
+    return group ? GuidText(*group) : L"null";
+}
+
+std::wstring BoolText(VARIANT_BOOL b)
+{
+    return b ? L"true" : L"false";
+}
+
+std::wstring LocationText(BSTR url)
+{
+    return url ? std::wstring(url, SysStringLen(url)) : std::wstring();
+}
+
+void Place(HWND window, const RECT& r)
+{
+    MoveWindow(window, r.left, r.top, r.right - r.left, r.bottom - r.top, TRUE);
 }
 
 } // namespace
 
+// ---- Connection points --------------------------------------------------------------------------------
+
 ScriptedBrowser::RecordingPoint::RecordingPoint(ScriptedBrowser& owner, const IID& iid, const wchar_t* name)
-    : tov::EventConnectionPoint(*static_cast<IOleObject*>(&owner), *static_cast<IConnectionPointContainer*>(&owner), iid),
-      m_browser(owner), m_name(name)
+    : tov::EventConnectionPoint(*static_cast<IOleObject*>(&owner), owner, iid), m_browser(owner), m_name(name)
 {
 }
 
 STDMETHODIMP ScriptedBrowser::RecordingPoint::Advise(IUnknown* pUnkSink, DWORD* pdwCookie)
 {
-    const HRESULT planned = m_browser.Record(L"Advise", {m_name});
-    if (FAILED(planned)) {
+    return StandInCall([&] {
         if (pdwCookie) *pdwCookie = 0;
-        return planned;
-    }
-    return tov::EventConnectionPoint::Advise(pUnkSink, pdwCookie);
+        const HRESULT planned = m_browser.Record(L"Advise", {m_name});
+        return FAILED(planned) ? planned : tov::EventConnectionPoint::Advise(pUnkSink, pdwCookie);
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::RecordingPoint::Unadvise(DWORD dwCookie)
 {
-    m_browser.Record(L"Unadvise", {m_name, std::to_wstring(dwCookie)});
-    return tov::EventConnectionPoint::Unadvise(dwCookie);
+    return StandInCall([&] {
+        const HRESULT planned = m_browser.Record(L"Unadvise", {m_name, std::to_wstring(dwCookie)});
+        return FAILED(planned) ? planned : tov::EventConnectionPoint::Unadvise(dwCookie);
+    });
 }
 
-ScriptedBrowser::ScriptedBrowser(std::shared_ptr<CallLog> log, FailurePlan plan)
-    : m_log(std::move(log)), m_plan(std::move(plan)), m_events(*this, DIID_DWebBrowserEvents, L"DWebBrowserEvents"),
+// ---- Object -------------------------------------------------------------------------------------------
+
+ScriptedBrowser::ScriptedBrowser()
+    : m_log(std::make_shared<CallLog>()), m_events(*this, DIID_DWebBrowserEvents, L"DWebBrowserEvents"),
       m_events2(*this, DIID_DWebBrowserEvents2, L"DWebBrowserEvents2")
 {
 }
 
-ScriptedBrowser::~ScriptedBrowser()
+tov::ComPtr<ScriptedBrowser> ScriptedBrowser::Create(std::shared_ptr<CallLog> log, FailurePlan plan)
 {
-    DestroyChild();
+    auto browser = CreateStandIn<ScriptedBrowser, IOleObject>(IID_IOleObject);
+    if (log) browser->m_log = std::move(log);
+    browser->m_plan = std::move(plan);
+    return browser;
 }
 
-HRESULT ScriptedBrowser::Record(const std::wstring& name, std::vector<std::wstring> args)
+void* ScriptedBrowser::FindInterface(REFIID riid) noexcept
 {
-    Call call{name, std::move(args)};
-    const std::wstring text = call.Text();
+    using tov::Entry;
+    return Lookup(riid, {
+                            Entry<IOleObject>(IID_IOleObject, this),
+                            Entry<IOleInPlaceObject>(IID_IOleInPlaceObject, this),
+                            Entry<IOleInPlaceObject>(IID_IOleWindow, this),
+                            Entry<IWebBrowser2>(IID_IWebBrowser2, this),
+                            Entry<IWebBrowser2>(IID_IWebBrowserApp, this),
+                            Entry<IWebBrowser2>(IID_IWebBrowser, this),
+                            Entry<IWebBrowser2>(IID_IDispatch, this),
+                            Entry<IOleCommandTarget>(IID_IOleCommandTarget, this),
+                            Entry<IConnectionPointContainer>(IID_IConnectionPointContainer, this),
+                        });
+}
+
+HRESULT ScriptedBrowser::Record(std::wstring name, std::vector<std::wstring> args)
+{
+    Call call{std::move(name), std::move(args)};
     m_log->Add(call.name, call.args);
-    for (const std::wstring& key : {text, name}) {
-        if (m_plan.throwing.count(key)) throw std::runtime_error("scripted browser: asked to throw");
-        auto f = m_plan.failures.find(key);
-        if (f != m_plan.failures.end()) return f->second;
-    }
-    return S_OK;
+    m_ownLog.Add(call.name, call.args);
+    return m_plan.Outcome(call);
 }
 
 STDMETHODIMP ScriptedBrowser::QueryInterface(REFIID riid, void** ppv)
 {
     if (!ppv) return E_POINTER;
     *ppv = nullptr;
-    for (const auto& q : kRecordedQueries) {
-        if (IsEqualIID(riid, *q.iid)) {
-            if (FAILED(Record(L"QueryInterface", {q.name}))) return E_NOINTERFACE;
+    return StandInCall([&] {
+        for (const auto& q : kRecordedQueries) {
+            if (!IsEqualIID(riid, *q.iid)) continue;
+            const HRESULT planned = Record(L"QueryInterface", {q.name});
+            if (FAILED(planned)) return planned;
             break;
         }
-    }
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IOleObject)) *ppv = static_cast<IOleObject*>(this);
-    else if (IsEqualIID(riid, IID_IOleWindow) || IsEqualIID(riid, IID_IOleInPlaceObject)) *ppv = static_cast<IOleInPlaceObject*>(this);
-    else if (IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, IID_IWebBrowser) || IsEqualIID(riid, IID_IWebBrowserApp) ||
-             IsEqualIID(riid, IID_IWebBrowser2))
-        *ppv = static_cast<IWebBrowser2*>(this);
-    else if (IsEqualIID(riid, IID_IOleCommandTarget)) *ppv = static_cast<IOleCommandTarget*>(this);
-    else if (IsEqualIID(riid, IID_IConnectionPointContainer)) *ppv = static_cast<IConnectionPointContainer*>(this);
-    if (!*ppv) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
+        return OuterQueryInterface(riid, ppv);
+    });
 }
 
-STDMETHODIMP_(ULONG) ScriptedBrowser::Release()
+ULONG ScriptedBrowser::RefCount()
 {
-    const ULONG n = --m_refs;
-    if (!n) delete this;
-    return n;
+    InternalAddRef();
+    return InternalRelease();
 }
 
-void ScriptedBrowser::DestroyChild()
+const tov::EventConnectionPoint* ScriptedBrowser::PointFor(REFIID eventsIid) const
 {
-    if (m_child && IsWindow(m_child)) DestroyWindow(m_child);
-    m_child = nullptr;
+    if (IsEqualIID(eventsIid, DIID_DWebBrowserEvents)) return &m_events;
+    if (IsEqualIID(eventsIid, DIID_DWebBrowserEvents2)) return &m_events2;
+    return nullptr;
 }
 
 HRESULT ScriptedBrowser::FireEvent(REFIID eventsIid, DISPID id, std::vector<tov::Variant> args)
 {
-    tov::EventConnectionPoint& point = IsEqualIID(eventsIid, DIID_DWebBrowserEvents2) ? m_events2 : m_events;
-    std::vector<VARIANTARG> list(args.rbegin(), args.rend());
+    const tov::EventConnectionPoint* point = PointFor(eventsIid);
+    if (!point) return E_INVALIDARG;
+    // A sink may drop the last reference to this browser while it is called.
+    tov::ComPtr<IOleObject> self(this);
+    // Dispatch wants the last argument first; `args` keeps owning the values.
+    std::vector<VARIANTARG> reversed(args.rbegin(), args.rend());
     HRESULT hr = S_OK;
-    for (const auto& sink : point.Sinks()) {
-        auto* disp = reinterpret_cast<IDispatch*>(sink.Get());
-        DISPPARAMS params{list.empty() ? nullptr : list.data(), nullptr, static_cast<UINT>(list.size()), 0};
-        tov::Variant result;
-        hr = disp->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, &result, nullptr, nullptr);
+    for (const auto& sink : point->Sinks()) {
+        DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+        hr = static_cast<IDispatch*>(sink.Get())->Invoke(id, IID_NULL, 0x400, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr);
     }
     return hr;
 }
 
 size_t ScriptedBrowser::SinkCount(REFIID eventsIid) const
 {
-    return (IsEqualIID(eventsIid, DIID_DWebBrowserEvents2) ? m_events2 : m_events).Sinks().size();
+    const tov::EventConnectionPoint* point = PointFor(eventsIid);
+    return point ? point->Sinks().size() : 0;
 }
 
-// ---- IOleObject, IOleInPlaceObject -----------------------------------------------------------------
+// ---- IOleObject, IOleInPlaceObject --------------------------------------------------------------------
 
 STDMETHODIMP ScriptedBrowser::SetClientSite(IOleClientSite* pClientSite)
 {
-    HRESULT hr = Record(L"SetClientSite", {pClientSite ? L"site" : L"null"});
-    if (FAILED(hr)) return hr;
-    m_site = pClientSite;
-    return S_OK;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"SetClientSite", {pClientSite ? L"site" : L"null"});
+        if (SUCCEEDED(hr)) m_site = pClientSite;
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::GetClientSite(IOleClientSite** ppClientSite)
@@ -155,21 +183,33 @@ STDMETHODIMP ScriptedBrowser::GetClientSite(IOleClientSite** ppClientSite)
 
 STDMETHODIMP ScriptedBrowser::Close(DWORD dwSaveOption)
 {
-    HRESULT hr = Record(L"Close", {std::to_wstring(dwSaveOption)});
-    DestroyChild();
-    return hr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"Close", {std::to_wstring(dwSaveOption)});
+        if (FAILED(hr)) return hr;
+        m_child.Reset();
+        m_site = nullptr;
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::DoVerb(LONG iVerb, LPMSG, IOleClientSite*, LONG, HWND hwndParent, LPCRECT lprcPosRect)
 {
-    HRESULT hr = Record(L"DoVerb", {std::to_wstring(iVerb), HexArg(reinterpret_cast<uintptr_t>(hwndParent)), RectText(lprcPosRect)});
-    if (FAILED(hr)) return hr;
-    if (iVerb == OLEIVERB_INPLACEACTIVATE && hwndParent && !m_child && lprcPosRect) {
-        m_child = CreateWindowExW(0, L"Static", L"scripted browser", WS_CHILD | WS_VISIBLE, lprcPosRect->left, lprcPosRect->top,
-                                  lprcPosRect->right - lprcPosRect->left, lprcPosRect->bottom - lprcPosRect->top, hwndParent,
-                                  nullptr, GetModuleHandleW(nullptr), nullptr);
-    }
-    return S_OK;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"DoVerb", {std::to_wstring(iVerb), HexArg(reinterpret_cast<uintptr_t>(hwndParent)),
+                                              RectText(lprcPosRect)});
+        if (FAILED(hr) || iVerb != OLEIVERB_INPLACEACTIVATE || !hwndParent || !lprcPosRect) return hr;
+        if (m_child) {
+            Place(m_child.Get(), *lprcPosRect);
+            return hr;
+        }
+        const RECT& r = *lprcPosRect;
+        m_child.Reset(CreateWindowExW(0, L"Static", L"scripted browser", WS_CHILD | WS_VISIBLE, r.left, r.top,
+                                      r.right - r.left, r.bottom - r.top, hwndParent, nullptr, GetModuleHandleW(nullptr),
+                                      nullptr));
+        if (m_child) return hr;
+        const DWORD error = GetLastError();
+        return error ? HRESULT_FROM_WIN32(error) : E_FAIL;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::GetUserClassID(CLSID* pClsid)
@@ -182,170 +222,156 @@ STDMETHODIMP ScriptedBrowser::GetUserClassID(CLSID* pClsid)
 STDMETHODIMP ScriptedBrowser::GetWindow(HWND* phwnd)
 {
     if (!phwnd) return E_POINTER;
-    *phwnd = m_child;
+    *phwnd = m_child.Get();
     return m_child ? S_OK : E_FAIL;
 }
 
 STDMETHODIMP ScriptedBrowser::InPlaceDeactivate()
 {
-    HRESULT hr = Record(L"InPlaceDeactivate");
-    DestroyChild();
-    return hr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"InPlaceDeactivate");
+        if (SUCCEEDED(hr)) m_child.Reset();
+        return hr;
+    });
 }
 
-STDMETHODIMP ScriptedBrowser::UIDeactivate() { return Record(L"UIDeactivate"); }
+STDMETHODIMP ScriptedBrowser::UIDeactivate()
+{
+    return StandInCall([&] { return Record(L"UIDeactivate"); });
+}
 
 STDMETHODIMP ScriptedBrowser::SetObjectRects(LPCRECT lprcPosRect, LPCRECT)
 {
-    HRESULT hr = Record(L"SetObjectRects", {RectText(lprcPosRect)});
-    if (SUCCEEDED(hr) && m_child && lprcPosRect)
-        MoveWindow(m_child, lprcPosRect->left, lprcPosRect->top, lprcPosRect->right - lprcPosRect->left,
-                   lprcPosRect->bottom - lprcPosRect->top, TRUE);
-    return hr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"SetObjectRects", {RectText(lprcPosRect)});
+        if (SUCCEEDED(hr) && m_child && lprcPosRect) Place(m_child.Get(), *lprcPosRect);
+        return hr;
+    });
 }
 
-// ---- IWebBrowser2 -----------------------------------------------------------------------------------
+// ---- IWebBrowser2 -------------------------------------------------------------------------------------
 
-STDMETHODIMP ScriptedBrowser::GoBack() { return Record(L"GoBack"); }
-STDMETHODIMP ScriptedBrowser::GoForward() { return Record(L"GoForward"); }
-STDMETHODIMP ScriptedBrowser::GoHome() { return Record(L"GoHome"); }
-STDMETHODIMP ScriptedBrowser::GoSearch() { return Record(L"GoSearch"); }
-STDMETHODIMP ScriptedBrowser::Refresh() { return Record(L"Refresh"); }
-STDMETHODIMP ScriptedBrowser::Refresh2(VARIANT* Level) { return Record(L"Refresh2", {ArgText(Level)}); }
-STDMETHODIMP ScriptedBrowser::Stop() { return Record(L"Stop"); }
-STDMETHODIMP ScriptedBrowser::Quit() { return Record(L"Quit"); }
+STDMETHODIMP ScriptedBrowser::GoBack() { return StandInCall([&] { return Record(L"GoBack"); }); }
+STDMETHODIMP ScriptedBrowser::GoForward() { return StandInCall([&] { return Record(L"GoForward"); }); }
+STDMETHODIMP ScriptedBrowser::GoHome() { return StandInCall([&] { return Record(L"GoHome"); }); }
+STDMETHODIMP ScriptedBrowser::GoSearch() { return StandInCall([&] { return Record(L"GoSearch"); }); }
+STDMETHODIMP ScriptedBrowser::Refresh() { return StandInCall([&] { return Record(L"Refresh"); }); }
+STDMETHODIMP ScriptedBrowser::Stop() { return StandInCall([&] { return Record(L"Stop"); }); }
+STDMETHODIMP ScriptedBrowser::Quit() { return StandInCall([&] { return Record(L"Quit"); }); }
+
+STDMETHODIMP ScriptedBrowser::Refresh2(VARIANT* Level)
+{
+    return StandInCall([&] { return Record(L"Refresh2", {ArgText(Level)}); });
+}
 
 STDMETHODIMP ScriptedBrowser::Navigate(BSTR URL, VARIANT* Flags, VARIANT* TargetFrameName, VARIANT* PostData, VARIANT* Headers)
 {
-    HRESULT hr = Record(L"Navigate", {ArgText(URL), ArgText(Flags), ArgText(TargetFrameName), ArgText(PostData), ArgText(Headers)});
-    if (SUCCEEDED(hr)) m_location = URL ? std::wstring(URL) : std::wstring();
-    return hr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"Navigate", {ArgText(URL), ArgText(Flags), ArgText(TargetFrameName), ArgText(PostData),
+                                                ArgText(Headers)});
+        if (SUCCEEDED(hr)) m_location = LocationText(URL);
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::Navigate2(VARIANT* URL, VARIANT* Flags, VARIANT* TargetFrameName, VARIANT* PostData, VARIANT* Headers)
 {
-    return Record(L"Navigate2", {ArgText(URL), ArgText(Flags), ArgText(TargetFrameName), ArgText(PostData), ArgText(Headers)});
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"Navigate2", {ArgText(URL), ArgText(Flags), ArgText(TargetFrameName), ArgText(PostData),
+                                                 ArgText(Headers)});
+        if (SUCCEEDED(hr) && URL && URL->vt == VT_BSTR) m_location = LocationText(URL->bstrVal);
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::get_Application(IDispatch** ppDisp)
 {
-    HRESULT hr = Record(L"get_Application");
-    if (!ppDisp) return E_POINTER;
-    *ppDisp = nullptr;
-    if (FAILED(hr)) return hr;
-    *ppDisp = static_cast<IWebBrowser2*>(this);
-    AddRef();
-    return S_OK;
+    if (ppDisp) *ppDisp = nullptr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"get_Application");
+        if (FAILED(hr)) return hr;
+        if (!ppDisp) return E_POINTER;
+        *ppDisp = static_cast<IWebBrowser2*>(this);
+        AddRef();
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::get_Document(IDispatch** ppDisp)
 {
-    HRESULT hr = Record(L"get_Document");
-    if (!ppDisp) return E_POINTER;
-    *ppDisp = nullptr;
-    if (FAILED(hr)) return hr;
-    *ppDisp = m_document.CopyOut();
-    return S_OK;
+    if (ppDisp) *ppDisp = nullptr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"get_Document");
+        if (FAILED(hr)) return hr;
+        if (!ppDisp) return E_POINTER;
+        *ppDisp = m_document.CopyOut();
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::get_LocationURL(BSTR* LocationURL)
 {
-    HRESULT hr = Record(L"get_LocationURL");
-    if (!LocationURL) return E_POINTER;
-    *LocationURL = nullptr;
-    if (FAILED(hr)) return hr;
-    *LocationURL = SysAllocStringLen(m_location.data(), static_cast<UINT>(m_location.size()));
-    return S_OK;
+    if (LocationURL) *LocationURL = nullptr;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"get_LocationURL");
+        if (FAILED(hr)) return hr;
+        if (!LocationURL) return E_POINTER;
+        *LocationURL = tov::Bstr(m_location).Detach();
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::get_HWND(SHANDLE_PTR* pHWND)
 {
-    HRESULT hr = Record(L"get_HWND");
-    if (!pHWND) return E_POINTER;
-    *pHWND = SUCCEEDED(hr) ? m_hwnd : 0;
-    return hr;
+    if (pHWND) *pHWND = 0;
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"get_HWND");
+        if (FAILED(hr)) return hr;
+        if (!pHWND) return E_POINTER;
+        *pHWND = m_hwnd;
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::put_Visible(VARIANT_BOOL Value)
 {
-    return Record(L"put_Visible", {Value ? L"true" : L"false"});
+    return StandInCall([&] { return Record(L"put_Visible", {BoolText(Value)}); });
 }
 
 STDMETHODIMP ScriptedBrowser::ExecWB(OLECMDID cmdID, OLECMDEXECOPT cmdexecopt, VARIANT* pvaIn, VARIANT* pvaOut)
 {
-    return Record(L"ExecWB", {std::to_wstring(cmdID), std::to_wstring(cmdexecopt), ArgText(pvaIn), ArgText(pvaOut)});
+    return StandInCall([&] {
+        return Record(L"ExecWB", {std::to_wstring(cmdID), std::to_wstring(cmdexecopt), ArgText(pvaIn), ArgText(pvaOut)});
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::put_RegisterAsDropTarget(VARIANT_BOOL bRegister)
 {
-    return Record(L"put_RegisterAsDropTarget", {bRegister ? L"true" : L"false"});
+    return StandInCall([&] { return Record(L"put_RegisterAsDropTarget", {BoolText(bRegister)}); });
 }
 
-// ---- IOleCommandTarget ------------------------------------------------------------------------------
+// ---- IOleCommandTarget --------------------------------------------------------------------------------
 
-STDMETHODIMP ScriptedBrowser::QueryStatus(const GUID* pguidCmdGroup, ULONG cCmds, OLECMD[], OLECMDTEXT*)
+STDMETHODIMP ScriptedBrowser::QueryStatus(const GUID* pguidCmdGroup, ULONG cCmds, OLECMD prgCmds[], OLECMDTEXT*)
 {
-    return Record(L"QueryStatus", {GuidText(pguidCmdGroup), std::to_wstring(cCmds)});
+    return StandInCall([&] {
+        std::vector<std::wstring> args{GroupText(pguidCmdGroup)};
+        if (!prgCmds) args.push_back(L"<null>");
+        for (ULONG i = 0; prgCmds && i < cCmds; ++i) args.push_back(std::to_wstring(prgCmds[i].cmdID));
+        const HRESULT hr = Record(L"QueryStatus", std::move(args));
+        if (FAILED(hr)) return hr;
+        if (!prgCmds) return E_POINTER;
+        for (ULONG i = 0; i < cCmds; ++i) prgCmds[i].cmdf = OLECMDF_SUPPORTED | OLECMDF_ENABLED;
+        return hr;
+    });
 }
 
 STDMETHODIMP ScriptedBrowser::Exec(const GUID* pguidCmdGroup, DWORD nCmdID, DWORD nCmdexecopt, VARIANT* pvaIn, VARIANT* pvaOut)
 {
-    return Record(L"Exec", {GuidText(pguidCmdGroup), std::to_wstring(nCmdID), std::to_wstring(nCmdexecopt), ArgText(pvaIn),
-                            ArgText(pvaOut)});
-}
-
-// ---- The class object -------------------------------------------------------------------------------
-
-ScriptedBrowserClass::ScriptedBrowserClass() = default;
-
-ScriptedBrowserClass::~ScriptedBrowserClass()
-{
-    Revoke();
-}
-
-HRESULT ScriptedBrowserClass::Register(const CLSID& clsid)
-{
-    Revoke();
-    return CoRegisterClassObject(clsid, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &m_cookie);
-}
-
-void ScriptedBrowserClass::Revoke()
-{
-    if (m_cookie) CoRevokeClassObject(m_cookie);
-    m_cookie = 0;
-}
-
-STDMETHODIMP ScriptedBrowserClass::QueryInterface(REFIID riid, void** ppv)
-{
-    if (!ppv) return E_POINTER;
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory)) {
-        *ppv = static_cast<IClassFactory*>(this);
-        return S_OK;
-    }
-    *ppv = nullptr;
-    return E_NOINTERFACE;
-}
-
-STDMETHODIMP ScriptedBrowserClass::CreateInstance(IUnknown* pOuter, REFIID riid, void** ppv)
-{
-    if (!ppv) return E_POINTER;
-    *ppv = nullptr;
-    m_log->Add(L"CoCreateInstance", {L"WebBrowser"});
-    if (pOuter) return CLASS_E_NOAGGREGATION;
-    if (FAILED(m_createResult)) return m_createResult;
-    tov::ComPtr<ScriptedBrowser> browser;
-    browser.Attach(new ScriptedBrowser(m_log, m_plan));
-    m_created.push_back(browser);
-    // The log shows creation; the caller's first query is part of creating, not of its own calls.
-    const size_t before = m_log->Calls().size();
-    HRESULT hr = browser->QueryInterface(riid, ppv);
-    if (m_log->Calls().size() > before) {
-        auto calls = m_log->Calls();
-        calls.pop_back();
-        m_log->Clear();
-        for (auto& c : calls) m_log->Add(c.name, c.args);
-    }
-    return hr;
+    return StandInCall([&] {
+        return Record(L"Exec", {GroupText(pguidCmdGroup), std::to_wstring(nCmdID), std::to_wstring(nCmdexecopt),
+                                ArgText(pvaIn), ArgText(pvaOut)});
+    });
 }
 
 } // namespace tovfe

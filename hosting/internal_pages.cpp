@@ -22,8 +22,9 @@ void CTOVHTMLControl::ShowInternalPage(const std::wstring& url)
     m_bInternalPage = true;
     Zoom();
     if (!m_pWebBrowser) return;
-    // Handed over as a plain wide string, as it always was: the browser reads it up to its terminator.
-    m_pWebBrowser->Navigate(const_cast<BSTR>(url.c_str()), nullptr, nullptr, nullptr, nullptr);
+    // A real BSTR: the browser, or a proxy in between, may read its length prefix.
+    Bstr target(url);
+    m_pWebBrowser->Navigate(target.Get(), nullptr, nullptr, nullptr, nullptr);
 }
 
 void CTOVHTMLControl::ShowErrorMessage(std::string_view method, BSTR url)

@@ -189,6 +189,9 @@ private:
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
+    // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.
+    bool ParseXMLIconRequest(BSTR request, tov::Bstr& answer);
+    tov::Bstr getGUIIconResource(BSTR name);
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;

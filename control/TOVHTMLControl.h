@@ -188,7 +188,7 @@ private:
     LONG CloseBrowserWindows();
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
-    void DisconnectBrowserEvents() noexcept;
+    void DisconnectBrowserEvents();
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;

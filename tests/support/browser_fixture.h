@@ -63,6 +63,21 @@ protected:
         return calls;
     }
 
+    // The browser reports that `url` has been loaded; the number of NavigateComplete events the front
+    // end's sink received for it.
+    size_t CompletionsReported(const wchar_t* url)
+    {
+        const size_t before = events.events.size();
+        tov::Variant arg;
+        arg.vt = VT_BSTR;
+        arg.bstrVal = SysAllocString(url);
+        browser->FireEvent(DIID_DWebBrowserEvents, 101, {arg});
+        size_t n = 0;
+        for (size_t i = before; i < events.events.size(); ++i)
+            if (events.events[i].id == 2) ++n;
+        return n;
+    }
+
     // Connects `events` as the front end's sink for the control's outgoing events.
     void Advise()
     {

@@ -261,6 +261,21 @@ TEST_F(HostServices, EveryInterfaceReachesTheControlsOneIdentity)
     EXPECT_EQ(E_NOTIMPL, controlSite->GetExtendedControl(nullptr));
 }
 
+TEST_F(HostServices, ContainerLocksKeepTheControlAndAreBalanced)
+{
+    auto container = browser->SiteAs<IOleContainer>(IID_IOleContainer);
+    ASSERT_TRUE(container);
+    auto refs = [&] {
+        control->AddRef();
+        return control->Release();
+    };
+    const ULONG before = refs();
+    EXPECT_EQ(S_OK, container->LockContainer(TRUE));
+    EXPECT_GT(refs(), before) << "a lock holds the control";
+    EXPECT_EQ(S_OK, container->LockContainer(FALSE));
+    EXPECT_EQ(before, refs());
+}
+
 // Before InitControl and after Close the browser has no site; whoever still holds the control's site
 // interfaces gets the fixed answers and nothing breaks.
 class SiteWithoutBrowser : public ControlFixture {

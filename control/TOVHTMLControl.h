@@ -193,7 +193,7 @@ private:
     LONG CloseBrowserWindows();
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
-    void DisconnectBrowserEvents() noexcept;
+    void DisconnectBrowserEvents();
     // Script execution: runs a script (front end's code page) in the current document.
     void InternalExecuteScript(const std::string& script);
     // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.

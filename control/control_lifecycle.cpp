@@ -103,7 +103,7 @@ void CTOVHTMLControl::FinalRelease() noexcept
 }
 
 // A browser still connected to the sinks would call into a control that is gone.
-void CTOVHTMLControl::DisconnectBrowserEvents() noexcept
+void CTOVHTMLControl::DisconnectBrowserEvents()
 {
     if (!m_pOleObject) return;
     ComPtr<IConnectionPointContainer> container;

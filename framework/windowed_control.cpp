@@ -80,7 +80,8 @@ STDMETHODIMP WindowedControlBase::Close(DWORD dwSaveOption)
 
 HRESULT WindowedControlBase::StandardClose(DWORD)
 {
-    InPlaceDeactivate();
+    // The standard deactivation, not a derived control's override of the interface method.
+    WindowedControlBase::InPlaceDeactivate();
     if (m_pOleAdviseHolder) m_pOleAdviseHolder->SendOnClose();
     return S_OK;
 }

@@ -16,6 +16,7 @@ const NamedIid kRecordedQueries[] = {
     {&IID_IWebBrowser2, L"IWebBrowser2"},
     {&IID_IOleCommandTarget, L"IOleCommandTarget"},
     {&IID_IOleInPlaceObject, L"IOleInPlaceObject"},
+    {&IID_IOleInPlaceActiveObject, L"IOleInPlaceActiveObject"},
     {&IID_IOleObject, L"IOleObject"},
     {&IID_IConnectionPointContainer, L"IConnectionPointContainer"},
 };
@@ -95,6 +96,7 @@ void* ScriptedBrowser::FindInterface(REFIID riid) noexcept
     return Lookup(riid, {
                             Entry<IOleObject>(IID_IOleObject, this),
                             Entry<IOleInPlaceObject>(IID_IOleInPlaceObject, this),
+                            Entry<IOleInPlaceActiveObject>(IID_IOleInPlaceActiveObject, this),
                             Entry<IOleInPlaceObject>(IID_IOleWindow, this),
                             Entry<IWebBrowser2>(IID_IWebBrowser2, this),
                             Entry<IWebBrowser2>(IID_IWebBrowserApp, this),
@@ -192,7 +194,7 @@ STDMETHODIMP ScriptedBrowser::Close(DWORD dwSaveOption)
     });
 }
 
-STDMETHODIMP ScriptedBrowser::DoVerb(LONG iVerb, LPMSG, IOleClientSite*, LONG, HWND hwndParent, LPCRECT lprcPosRect)
+STDMETHODIMP ScriptedBrowser::DoVerb(LONG iVerb, LPMSG, IOleClientSite* pActiveSite, LONG, HWND hwndParent, LPCRECT lprcPosRect)
 {
     return StandInCall([&] {
         const HRESULT hr = Record(L"DoVerb", {std::to_wstring(iVerb), HexArg(reinterpret_cast<uintptr_t>(hwndParent)),
@@ -206,7 +208,15 @@ STDMETHODIMP ScriptedBrowser::DoVerb(LONG iVerb, LPMSG, IOleClientSite*, LONG, H
         m_child.Reset(CreateWindowExW(0, L"Static", L"scripted browser", WS_CHILD | WS_VISIBLE, r.left, r.top,
                                       r.right - r.left, r.bottom - r.top, hwndParent, nullptr, GetModuleHandleW(nullptr),
                                       nullptr));
-        if (m_child) return hr;
+        if (m_child) {
+            // Like the platform browser, tell the in-place site that the object is now active in place.
+            tov::ComPtr<IOleInPlaceSite> inPlaceSite;
+            IOleClientSite* site = pActiveSite ? pActiveSite : m_site.Get();
+            if (site && SUCCEEDED(site->QueryInterface(IID_IOleInPlaceSite, inPlaceSite.PutVoid())) &&
+                inPlaceSite->CanInPlaceActivate() == S_OK)
+                inPlaceSite->OnInPlaceActivate();
+            return hr;
+        }
         const DWORD error = GetLastError();
         return error ? HRESULT_FROM_WIN32(error) : E_FAIL;
     });
@@ -232,6 +242,15 @@ STDMETHODIMP ScriptedBrowser::InPlaceDeactivate()
         const HRESULT hr = Record(L"InPlaceDeactivate");
         if (SUCCEEDED(hr)) m_child.Reset();
         return hr;
+    });
+}
+
+STDMETHODIMP ScriptedBrowser::TranslateAccelerator(LPMSG lpmsg)
+{
+    return StandInCall([&] {
+        const HRESULT hr = Record(L"TranslateAccelerator", {lpmsg ? HexArg(lpmsg->message) : L"<null>",
+                                                            lpmsg ? HexArg(lpmsg->wParam) : L"<null>"});
+        return FAILED(hr) ? hr : S_FALSE;
     });
 }
 

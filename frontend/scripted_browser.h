@@ -5,6 +5,7 @@
 #include <windows.h>
 #include <docobj.h>
 #include <exdisp.h>
+#include <mshtmhst.h>
 #include <ocidl.h>
 #include <memory>
 #include <string>
@@ -22,6 +23,7 @@ namespace tovfe {
 class ScriptedBrowser final : public tov::ObjectRoot,
                               public IOleObject,
                               public IOleInPlaceObject,
+                              public IOleInPlaceActiveObject,
                               public IWebBrowser2,
                               public IOleCommandTarget,
                               public tov::ConnectionPointContainerImpl {
@@ -44,6 +46,26 @@ public:
     HWND ChildWindow() const { return m_child.Get(); }
     void SetHwnd(SHANDLE_PTR hwnd) { m_hwnd = hwnd; }
     void SetDocument(IDispatch* document) { m_document = document; }
+
+    // Calls on the client site (the control), made the way the platform browser makes them: interfaces
+    // by QueryInterface on the site, the security manager and focus protection through QueryService.
+    // E_UNEXPECTED without a site; the site's own answer otherwise.
+    template <class Itf> tov::ComPtr<Itf> SiteAs(REFIID iid) const
+    {
+        tov::ComPtr<Itf> itf;
+        if (m_site) m_site->QueryInterface(iid, itf.PutVoid());
+        return itf;
+    }
+    HRESULT CallGetHostInfo(DOCHOSTUIINFO* info) const;
+    HRESULT CallShowContextMenu(DWORD id, POINT* pt) const;
+    HRESULT CallQueryService(REFGUID service, REFIID riid, void** ppv) const;
+    HRESULT CallProcessUrlAction(const wchar_t* url, DWORD action, BYTE* policy, DWORD cbPolicy) const;
+    HRESULT CallExec(const GUID* group, DWORD command, VARIANT* in, VARIANT* out) const;
+    HRESULT CallAllowFocusChange(BOOL* allow) const;
+    HRESULT CallGetExternal(IDispatch** external) const;
+    HRESULT CallTranslateAccelerator(MSG* msg) const;
+    HRESULT CallShowObject() const;
+    HRESULT CallGetWindowContext(RECT* pos, RECT* clip) const;
 
     // IUnknown: the interfaces the control asks for by name are recorded.
     STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
@@ -81,6 +103,13 @@ public:
     STDMETHODIMP UIDeactivate() override;
     STDMETHODIMP SetObjectRects(LPCRECT lprcPosRect, LPCRECT lprcClipRect) override;
     STDMETHODIMP ReactivateAndUndo() override { return E_NOTIMPL; }
+
+    // IOleInPlaceActiveObject: keyboard accelerators the host passes on are recorded.
+    STDMETHODIMP TranslateAccelerator(LPMSG lpmsg) override;
+    STDMETHODIMP OnFrameWindowActivate(BOOL) override { return S_OK; }
+    STDMETHODIMP OnDocWindowActivate(BOOL) override { return S_OK; }
+    STDMETHODIMP ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
+    STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
 
     // IDispatch: nothing calls the browser late-bound.
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return E_NOTIMPL; }

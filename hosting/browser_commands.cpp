@@ -23,7 +23,8 @@ int CTOVHTMLControl::ScreenZoom() const
 
 STDMETHODIMP CTOVHTMLControl::ExecuteWB(LONG nCmdId, LONG nCmdOpt)
 {
-    return GuardedCall([&] {
+    // The command's own result is not reported, nor is a failure on the way to it.
+    GuardedCall([&] {
         Variant zoom = Variant::I4(ScreenZoom());
         CTraceScope scope(m_trace, TraceSinkRef(), "ExecuteWB");
         scope.Detail("Command ID: " + std::to_string(nCmdId));
@@ -39,6 +40,7 @@ STDMETHODIMP CTOVHTMLControl::ExecuteWB(LONG nCmdId, LONG nCmdOpt)
         }
         return S_OK;
     });
+    return S_OK;
 }
 
 void CTOVHTMLControl::Zoom()
@@ -136,9 +138,9 @@ STDMETHODIMP CTOVHTMLControl::put_NavigationStyle(BSTR newVal)
     return GuardedCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_NavigationStyle");
         m_bstrNavigationStyle = Bstr::CopyOf(newVal);
-        // Only the first nine characters fit the style buffer; a longer or null style reads as none.
-        std::string style = ToAnsi(Bstr::CopyOf(newVal).View());
-        if (!newVal || style.size() > 9) style.clear();
+        // The style is read as a C string of at most nine bytes; a longer or null style reads as none.
+        std::string style = ToAnsi(newVal ? std::wstring_view(newVal) : std::wstring_view());
+        if (style.size() > 9) style.clear();
         const auto letters = browser::ParseNavigationStyle(style);
         SetProtocolMode(letters.pluggableProtocol ? 2 : 1);
         m_lNewWindowNavFlags = letters.newWindowNavFlags;

@@ -1,12 +1,9 @@
 // The history methods with a scripted browser: the browser call, failure and exception codes, the same
 // result late-bound.
-#include "support/atl_host.h"
-#include "support/control_fixture.h"
-#include "frontend/scripted_browser.h"
+#include "support/browser_fixture.h"
 #include "framework/variant.h"
 
 using tov::ComPtr;
-using tovtest::ControlFixture;
 
 namespace {
 
@@ -28,29 +25,7 @@ const History kHistory[] = {
 
 } // namespace
 
-class HistoryWithBrowser : public ControlFixture {
-protected:
-    void SetUp() override
-    {
-        ControlFixture::SetUp();
-        ASSERT_EQ(S_OK, browsers.Register());
-        ASSERT_EQ(S_OK, host.Attach(control.Get()));
-        LONG code = -1;
-        control->InitControl(&code);
-        ASSERT_EQ(0, code);
-        browser = browsers.Last();
-        ASSERT_NE(nullptr, browser);
-    }
-    void TearDown() override
-    {
-        host.Destroy();
-        ControlFixture::TearDown();
-    }
-
-    tovfe::ScriptedBrowserClass browsers;
-    tovtest::AtlHost host;
-    tovfe::ScriptedBrowser* browser = nullptr;
-};
+using HistoryWithBrowser = tovtest::BrowserFixture;
 
 TEST_F(HistoryWithBrowser, EachCallsItsBrowserOperationOnce)
 {
@@ -102,27 +77,4 @@ TEST_F(HistoryWithBrowser, LateBoundCallsReachTheSameImplementation)
         EXPECT_EQ(h.dispid == 3 ? 5 : 0, result.lVal);
     }
     EXPECT_EQ(1u, browser->Log().Count(L"GoHome"));
-}
-
-TEST_F(HistoryWithBrowser, CloseDisconnectsStopsAndQuitsTheBrowser)
-{
-    browser->Log().Clear();
-    ComPtr<IOleObject> ole;
-    ASSERT_EQ(S_OK, control->QueryInterface(IID_IOleObject, ole.PutVoid()));
-    EXPECT_EQ(S_OK, ole->Close(OLECLOSE_NOSAVE));
-    std::vector<std::wstring> calls;
-    for (const auto& c : browser->Log().Texts())
-        if (c != L"QueryInterface(IConnectionPointContainer)") calls.push_back(c);
-    const std::vector<std::wstring> expectedStart = {L"Unadvise(DWebBrowserEvents, 1)", L"Unadvise(DWebBrowserEvents2, 1)",
-                                                     L"Stop()", L"Quit()", L"QueryInterface(IOleInPlaceObject)",
-                                                     L"UIDeactivate()", L"InPlaceDeactivate()", L"SetClientSite(null)",
-                                                     L"Close(1)"};
-    ASSERT_GE(calls.size(), expectedStart.size());
-    EXPECT_EQ(expectedStart, std::vector<std::wstring>(calls.begin(), calls.begin() + expectedStart.size()));
-    EXPECT_EQ(0u, browser->SinkCount(DIID_DWebBrowserEvents));
-    EXPECT_EQ(0u, browser->SinkCount(DIID_DWebBrowserEvents2));
-    EXPECT_EQ(nullptr, browser->Site());
-    // A second Close does no harm and disconnects nothing twice.
-    EXPECT_EQ(S_OK, ole->Close(OLECLOSE_NOSAVE));
-    EXPECT_EQ(2u, browser->Log().Count(L"Unadvise"));
 }

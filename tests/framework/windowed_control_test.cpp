@@ -479,3 +479,20 @@ TEST_F(WindowedControl, QuickActivationTakesTheSiteAndAnswersStatus)
     quick.Reset();
     EXPECT_EQ(1u, site.refs);
 }
+
+TEST_F(WindowedControl, TheWindowClassCanBeUnregisteredAndIsRegisteredAgainWhenNeeded)
+{
+    Site site;
+    WNDCLASSEXW wc{sizeof(wc)};
+    for (int round = 0; round < 2; ++round) {
+        auto ole = MakeControl();
+        ole->SetClientSite(&site);
+        ASSERT_EQ(S_OK, ActivateInPlace(ole.Get(), site));
+        EXPECT_TRUE(GetClassInfoExW(GetModuleHandleW(nullptr), L"TOVHTMLControlWindow", &wc));
+        ole->Close(OLECLOSE_NOSAVE);
+        ole->SetClientSite(nullptr);
+        ole.Reset();
+        tov::WindowedControlBase::UnregisterWindowClass();
+        EXPECT_FALSE(GetClassInfoExW(GetModuleHandleW(nullptr), L"TOVHTMLControlWindow", &wc));
+    }
+}

@@ -59,11 +59,15 @@ public:
     STDMETHODIMP Clone(Itf** ppEnum) override
     {
         if (!ppEnum) return E_POINTER;
-        auto* copy = new (std::nothrow) Enumerator(m_items);
-        if (!copy) return E_OUTOFMEMORY;
-        copy->m_pos = m_pos;
-        *ppEnum = copy;
-        return S_OK;
+        *ppEnum = nullptr;
+        try {
+            auto* copy = new Enumerator(m_items); // copying the items may throw as well
+            copy->m_pos = m_pos;
+            *ppEnum = copy;
+            return S_OK;
+        } catch (...) {
+            return E_OUTOFMEMORY;
+        }
     }
 
 private:

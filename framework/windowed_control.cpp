@@ -317,6 +317,11 @@ bool WindowedControlBase::CreateControlWindow(HWND parent, const RECT& pos)
     return true;
 }
 
+void WindowedControlBase::UnregisterWindowClass() noexcept
+{
+    UnregisterClassW(kWindowClass, ModuleInstance());
+}
+
 void WindowedControlBase::DestroyControlWindow()
 {
     if (HWND hwnd = m_hWnd) {

@@ -30,6 +30,9 @@ public:
     IOleClientSite* ClientSite() const { return m_pClientSite.Get(); }
     IOleInPlaceSite* InPlaceSite() const { return m_pInPlaceSite.Get(); }
     bool InPlaceActive() const { return m_bInPlaceActive; }
+    // The module unregisters the controls' window class when it is unloaded: a class registered by a DLL
+    // outlives it and would point a later load at a procedure that is gone.
+    static void UnregisterWindowClass() noexcept;
 
     // IOleObject
     STDMETHODIMP SetClientSite(IOleClientSite* pClientSite) override;

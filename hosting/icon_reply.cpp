@@ -1,4 +1,5 @@
 #include "hosting/icon_reply.h"
+#include <algorithm>
 
 namespace tov::icons {
 namespace {
@@ -33,17 +34,19 @@ void IconReply::Open()
 
 void IconReply::AddIcon(std::wstring_view name, std::wstring_view size, std::wstring_view description)
 {
-    // One allocation per icon; a failure leaves the text as it was before this icon.
-    std::wstring icon;
-    icon.reserve(name.size() + size.size() + description.size() + 64);
-    icon += L"<Icon><Icon_Name>";
-    icon += name;
-    icon += L"</Icon_Name><Font_Size>";
-    icon += size;
-    icon += L"</Font_Size>";
-    icon += description;
-    icon += L"</Icon>";
-    m_text += icon;
+    static constexpr std::wstring_view kParts[] = {L"<Icon><Icon_Name>", L"</Icon_Name><Font_Size>", L"</Font_Size>", L"</Icon>"};
+    size_t needed = name.size() + size.size() + description.size();
+    for (auto part : kParts) needed += part.size();
+    // Room first, growing geometrically: a failure leaves the text as it was before this icon, and the
+    // appends after it cannot fail.
+    if (m_text.capacity() - m_text.size() < needed) m_text.reserve(std::max(m_text.size() + needed, 2 * m_text.capacity()));
+    m_text += kParts[0];
+    m_text += name;
+    m_text += kParts[1];
+    m_text += size;
+    m_text += kParts[2];
+    m_text += description;
+    m_text += kParts[3];
 }
 
 void IconReply::Close()

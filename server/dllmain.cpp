@@ -5,6 +5,7 @@
 #include "../control/TOVHTMLControl.h"
 #include "../framework/class_factory.h"
 #include "../framework/module.h"
+#include "../framework/windowed_control.h"
 
 namespace {
 tov::ClassFactory<CTOVHTMLControl> g_controlFactory;
@@ -18,6 +19,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD reason, LPVOID reserve
     } else if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
         // On process exit (reserved != null) other DLLs may already be gone: leave the type library alone.
         tov::Module::Term();
+        tov::WindowedControlBase::UnregisterWindowClass();
     }
     return TRUE;
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 #include "framework/com_ptr.h"
+#include "framework/connection_points.h"
 #include "framework/object_root.h"
 #include "framework/windowed_control.h"
 
@@ -17,7 +18,9 @@ namespace {
 constexpr CLSID kTestControlClass = {0x6f3b1c52, 0x1d1e, 0x4c55, {0x9a, 0x0b, 0x4e, 0x8a, 0x0d, 0x3c, 0x2f, 0x11}};
 constexpr DWORD kMiscStatus = 131473;
 
-class TestControl final : public tov::ObjectRoot, public tov::WindowedControlBase {
+// A control on the base with nothing of its own but a class, its misc status and any `Extra` bases.
+template <class... Extra>
+class MinimalControl : public tov::ObjectRoot, public tov::WindowedControlBase, public Extra... {
 public:
     STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override { return OuterQueryInterface(riid, ppv); }
     STDMETHODIMP_(ULONG) AddRef() override { return OuterAddRef(); }
@@ -27,12 +30,18 @@ public:
         if (IsEqualIID(riid, IID_IUnknown)) return static_cast<IOleObject*>(this);
         return FindControlInterface(riid);
     }
-    std::vector<UINT> messages;
 
 protected:
     const CLSID& ControlClassId() const override { return kTestControlClass; }
     DWORD ControlMiscStatus() const override { return kMiscStatus; }
-    IUnknown* ControlIdentity() override { return ControllingUnknown(); }
+    IUnknown* ControlIdentity() override { return this->ControllingUnknown(); }
+};
+
+class TestControl final : public MinimalControl<> {
+public:
+    std::vector<UINT> messages;
+
+protected:
     bool OnMessage(UINT msg, WPARAM, LPARAM, LRESULT& result) override
     {
         messages.push_back(msg);
@@ -42,6 +51,44 @@ protected:
         }
         return false;
     }
+};
+
+// The same control with an outgoing interface that a container connects while quick-activating it.
+class EventingControl final : public MinimalControl<tov::ConnectionPointContainerImpl> {
+public:
+    void* FindInterface(REFIID riid) noexcept override
+    {
+        if (IsEqualIID(riid, IID_IConnectionPointContainer)) return static_cast<IConnectionPointContainer*>(this);
+        return MinimalControl::FindInterface(riid);
+    }
+    tov::EventConnectionPoint events{*static_cast<IOleObject*>(this), *this, IID_IPropertyNotifySink};
+
+protected:
+    const IID& DefaultSourceIid() const override { return IID_IPropertyNotifySink; }
+    std::vector<tov::EventConnectionPoint*> ConnectionPoints() override { return {&events}; }
+};
+
+// A sink of the container's that counts the references the control holds on it.
+template <class Itf, const IID* piid> class CountedSink : public Itf {
+public:
+    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
+    {
+        if (!ppv) return E_POINTER;
+        *ppv = (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, *piid)) ? this : nullptr;
+        if (!*ppv) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++refs; }
+    STDMETHODIMP_(ULONG) Release() override { return --refs; }
+    ULONG refs = 1;
+};
+
+// A container's event sink for the eventing control.
+class PropertySink : public CountedSink<IPropertyNotifySink, &IID_IPropertyNotifySink> {
+public:
+    STDMETHODIMP OnChanged(DISPID) override { return S_OK; }
+    STDMETHODIMP OnRequestEdit(DISPID) override { return S_OK; }
 };
 
 ComPtr<IOleObject> MakeControl()
@@ -116,24 +163,13 @@ public:
 };
 
 // A container's advise sink: counts references and close notifications.
-class AdviseSink : public IAdviseSink {
+class AdviseSink : public CountedSink<IAdviseSink, &IID_IAdviseSink> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IAdviseSink)) ? this : nullptr;
-        if (!*ppv) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++refs; }
-    STDMETHODIMP_(ULONG) Release() override { return --refs; }
     STDMETHODIMP_(void) OnDataChange(FORMATETC*, STGMEDIUM*) override {}
     STDMETHODIMP_(void) OnViewChange(DWORD, LONG) override {}
     STDMETHODIMP_(void) OnRename(IMoniker*) override {}
     STDMETHODIMP_(void) OnSave() override {}
     STDMETHODIMP_(void) OnClose() override { ++closes; }
-    ULONG refs = 1;
     int closes = 0;
 };
 
@@ -477,5 +513,59 @@ TEST_F(WindowedControl, QuickActivationTakesTheSiteAndAnswersStatus)
     ole->SetClientSite(nullptr);
     ole.Reset();
     quick.Reset();
+    EXPECT_EQ(1u, site.refs);
+}
+
+TEST_F(WindowedControl, TheWindowClassCanBeUnregisteredAndIsRegisteredAgainWhenNeeded)
+{
+    Site site;
+    WNDCLASSEXW wc{sizeof(wc)};
+    for (int round = 0; round < 2; ++round) {
+        auto ole = MakeControl();
+        ole->SetClientSite(&site);
+        ASSERT_EQ(S_OK, ActivateInPlace(ole.Get(), site));
+        EXPECT_TRUE(GetClassInfoExW(GetModuleHandleW(nullptr), L"TOVHTMLControlWindow", &wc));
+        ole->Close(OLECLOSE_NOSAVE);
+        ole->SetClientSite(nullptr);
+        ole.Reset();
+        tov::WindowedControlBase::UnregisterWindowClass();
+        EXPECT_FALSE(GetClassInfoExW(GetModuleHandleW(nullptr), L"TOVHTMLControlWindow", &wc));
+    }
+}
+
+TEST_F(WindowedControl, QuickActivationConnectsTheContainersEventSink)
+{
+    Site site;
+    PropertySink sink;
+    {
+        ComPtr<IQuickActivate> quick;
+        ASSERT_EQ(S_OK, tov::ObjectRoot::CreateInstance<EventingControl>(nullptr, IID_IQuickActivate, quick.PutVoid()));
+        QACONTAINER container{sizeof(QACONTAINER)};
+        container.pClientSite = &site;
+        container.pUnkEventSink = &sink;
+        QACONTROL control{sizeof(QACONTROL)};
+        ASSERT_EQ(S_OK, quick->QuickActivate(&container, &control));
+        EXPECT_EQ(1u, control.dwEventCookie);
+        EXPECT_EQ(2u, sink.refs) << "the connection holds the sink";
+
+        ComPtr<IConnectionPointContainer> cpc;
+        ASSERT_EQ(S_OK, quick->QueryInterface(IID_IConnectionPointContainer, cpc.PutVoid()));
+        ComPtr<IConnectionPoint> point;
+        ASSERT_EQ(S_OK, cpc->FindConnectionPoint(IID_IPropertyNotifySink, point.Put()));
+        EXPECT_EQ(S_OK, point->Unadvise(control.dwEventCookie)) << "the container can disconnect with the cookie";
+        EXPECT_EQ(1u, sink.refs);
+
+        // A sink of another interface is not connected, and activation still succeeds.
+        AdviseSink wrong;
+        container.pUnkEventSink = &wrong;
+        control = QACONTROL{sizeof(QACONTROL)};
+        EXPECT_EQ(S_OK, quick->QuickActivate(&container, &control));
+        EXPECT_EQ(0u, control.dwEventCookie);
+        EXPECT_EQ(1u, wrong.refs);
+
+        ComPtr<IOleObject> ole;
+        ASSERT_EQ(S_OK, quick->QueryInterface(IID_IOleObject, ole.PutVoid()));
+        ole->SetClientSite(nullptr);
+    }
     EXPECT_EQ(1u, site.refs);
 }

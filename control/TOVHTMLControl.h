@@ -24,6 +24,7 @@
 #include "hosting/browser_site.h"
 
 class CTovDialogBox;
+struct IHTMLDocument2;
 
 // Orders BSTR keys as the user's locale compares them (case-sensitive).
 struct BstrLocaleLess {
@@ -189,6 +190,13 @@ private:
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
+    // Scripts and document content: the table reader for the three scripts, the one routine that runs
+    // script text in the current document, the document with its failure traces, the content files.
+    HRESULT GetScriptFromITab(IDispatch* table, int kind);
+    void InternalExecuteScript(const std::string& script);
+    tov::ComPtr<IHTMLDocument2> CurrentDocument(const CTraceScope& scope);
+    void DeleteSourceFiles() noexcept;
+    std::vector<std::wstring> m_sourceFiles;
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;

@@ -8,8 +8,10 @@
 #include "support/ocx.h"
 #include "support/page_fixture.h"
 #include "frontend/data_provider_standin.h"
+#include "frontend/table_standin.h"
 
 using tov::Bstr;
+using tov::ComPtr;
 
 namespace {
 
@@ -262,4 +264,39 @@ TEST_F(DocumentWithoutBrowser, NothingHappens)
     EXPECT_EQ(S_OK, control->SetHTMLSourceContent(&arg));
     EXPECT_TRUE(out.IsUntouched());
     for (const auto& line : Lines()) EXPECT_TRUE(line.rfind("=", 0) == 0 || line.rfind("<=", 0) == 0) << line;
+}
+
+TEST_F(DocumentContent, NoReferenceToThePageIsKeptByAnyDocumentOperation)
+{
+    const auto refs = [](IUnknown* p) {
+        p->AddRef();
+        return p->Release();
+    };
+    ComPtr<IHTMLWindow2> window;
+    ComPtr<IHTMLElement> body;
+    ComPtr<IHTMLEventObj> event;
+    ASSERT_EQ(S_OK, document->get_parentWindow(window.Put()));
+    ASSERT_EQ(S_OK, document->get_body(body.Put()));
+    ASSERT_EQ(S_OK, window->get_event(event.Put()));
+    IUnknown* objects[] = {document->AsDispatch(), window.Get(), body.Get(), event.Get()};
+    std::vector<ULONG> before;
+    for (IUnknown* p : objects) before.push_back(refs(p));
+
+    Untouched html, charset;
+    EXPECT_EQ(S_OK, control->GetHTMLSourceContent(&html.value));
+    EXPECT_EQ(S_OK, control->GetCharsetString(&charset.value));
+    EXPECT_FALSE(SetContent(L"<p>x</p>").empty());
+    Page().nullRoot = true;
+    EXPECT_EQ(S_OK, control->GetHTMLSourceContent(&html.value));
+    document->Plan().Fail(L"get_outerHTML", E_FAIL);
+    Page().nullRoot = false;
+    EXPECT_EQ(E_FAIL, control->GetHTMLSourceContent(&html.value));
+    auto script = tovfe::MakeScriptTable({"x();"}, 4);
+    EXPECT_EQ(S_OK, control->putref_ScriptText(script.Object()));
+    EXPECT_EQ(S_OK, control->ExecuteScript());
+    EXPECT_EQ(1u, Page().scripts.size());
+
+    std::vector<ULONG> after;
+    for (IUnknown* p : objects) after.push_back(refs(p));
+    EXPECT_EQ(before, after);
 }

@@ -214,3 +214,19 @@ TEST_F(ScriptsWithoutBrowser, ScriptsAreKeptAndNothingRuns)
                                         "<= ExecuteScript"}),
               Lines());
 }
+
+TEST_F(ScriptExecution, UnknownCodePageRunsNothingAndLargeScriptsRunWhole)
+{
+    SetScript({"x();"}, 4);
+    services.gui->Child().codePage = 54321;
+    EXPECT_EQ(S_OK, control->ExecuteScript()) << "the conversion fails inside the control";
+    EXPECT_EQ(0u, document->Log().Count(L"execScript"));
+
+    services.gui->Child().codePage = 1252;
+    const std::string line(100, 'a');
+    std::vector<std::string> lines(10000, line);
+    SetScript(lines, 100);
+    EXPECT_EQ(S_OK, control->ExecuteScript());
+    ASSERT_EQ(1u, Page().scripts.size());
+    EXPECT_EQ(std::wstring(1000000, L'a'), Page().scripts[0].text);
+}

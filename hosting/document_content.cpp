@@ -119,9 +119,10 @@ STDMETHODIMP CTOVHTMLControl::SetHTMLSourceContent(BSTR* str)
 
 STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR* pstrCharset)
 {
-    return GuardedCall([&] {
+    if (!pstrCharset) return E_POINTER;
+    // Whatever fails, the front end keeps its own default charset and goes on.
+    GuardedCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "GetCharsetString");
-        if (!pstrCharset) return E_POINTER;
         // Data scanned without a charset tag: the caller keeps its own default.
         if (!m_bMetaTagFound && m_bDataCharsetChecked) return S_OK;
         const ComPtr<IHTMLDocument2> document = CurrentDocument(scope);
@@ -135,6 +136,7 @@ STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR* pstrCharset)
         *pstrCharset = charset.Detach();
         return S_OK;
     });
+    return S_OK;
 }
 
 void CTOVHTMLControl::DeleteSourceFiles() noexcept

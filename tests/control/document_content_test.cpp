@@ -300,3 +300,19 @@ TEST_F(DocumentContent, NoReferenceToThePageIsKeptByAnyDocumentOperation)
     for (IUnknown* p : objects) after.push_back(refs(p));
     EXPECT_EQ(before, after);
 }
+
+TEST_F(DocumentContent, ExceptionsFromTheBrowserStayInTheControl)
+{
+    browser->ThrowOn(L"get_Document");
+    Untouched out;
+    EXPECT_TRUE(FAILED(control->GetHTMLSourceContent(&out.value)));
+    EXPECT_EQ(S_OK, control->GetCharsetString(&out.value)) << "the front end keeps its default";
+    EXPECT_TRUE(SetContent(L"<p>x</p>", E_UNEXPECTED).empty());
+    EXPECT_EQ(S_OK, control->ExecuteScript());
+    EXPECT_TRUE(out.IsUntouched());
+    browser->ClearFailures();
+
+    document->Plan().Throw(L"get_charset");
+    EXPECT_EQ(S_OK, control->GetCharsetString(&out.value));
+    EXPECT_TRUE(out.IsUntouched());
+}

@@ -24,6 +24,7 @@
 #include "hosting/browser_site.h"
 
 class CTovDialogBox;
+struct IHTMLDocument2;
 
 // Orders BSTR keys as the user's locale compares them (case-sensitive).
 struct BstrLocaleLess {
@@ -194,8 +195,13 @@ private:
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents();
-    // Script execution: runs a script (front end's code page) in the current document.
+    // Scripts and document content: the table reader for the three scripts, the one routine that runs
+    // script text in the current document, the document with its failure traces, the content files.
+    HRESULT GetScriptFromITab(IDispatch* table, int kind);
     void InternalExecuteScript(const std::string& script);
+    tov::ComPtr<IHTMLDocument2> CurrentDocument(const CTraceScope& scope);
+    void DeleteSourceFiles() noexcept;
+    std::vector<std::wstring> m_sourceFiles;
     // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.
     bool ParseXMLIconRequest(BSTR request, tov::Bstr& answer);
     tov::Bstr getGUIIconResource(BSTR name);

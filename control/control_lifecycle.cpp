@@ -88,14 +88,7 @@ void CTOVHTMLControl::FinalRelease() noexcept
         }
         CloseBrowserWindows();
         DeleteTempFiles();
-        if (m_bSourceFileCreated) {
-            const std::string path = ToAnsi(m_pszTempFileStem);
-            if (!DeleteFileA(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) {
-                Sleep(500);
-                DeleteFileA(path.c_str());
-            }
-            m_bSourceFileCreated = 0;
-        }
+        DeleteSourceFiles();
         if (m_bEndSessionWithBrowser) EndBrowserSession();
         DisconnectBrowserEvents();
     } catch (...) {

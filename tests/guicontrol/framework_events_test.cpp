@@ -135,7 +135,7 @@ TEST_F(FrameworkEvents, ContextMenuSelectionPassesTheChosenEntry)
     auto outside = tovfe::ContextMenuStandIn::Create({{L"FC_COPY"}, 5});
     EXPECT_EQ(Hooks{L"OnContextMenuItemSelected with parameter <null>"}, Handle(300, static_cast<ITOVContextMenu*>(outside.Get())));
     menu->Log().Clear();
-    menu->FailCall(L"GetSelectedIndex", E_FAIL);
+    menu->Plan().Fail(L"GetSelectedIndex", E_FAIL);
     EXPECT_EQ(Hooks{L"OnContextMenuItemSelected with parameter <null>"}, Handle(300, asParameter));
     EXPECT_EQ(std::vector<std::wstring>{L"GetSelectedIndex()"}, menu->Log().Texts());
 
@@ -230,7 +230,7 @@ TEST_F(FrameworkEvents, DpiRecordFollowsTheDecimalRules)
                                          L"GetAttribute(scalingFactor_y, )"}),
               p->Log().Texts());
 
-    p->FailGetChild(E_FAIL);
+    p->Plan().Fail(L"GetChild", E_FAIL);
     EXPECT_EQ(-1, CTOVGUIControlBase::ReadDpiRecord(static_cast<ITOVEventParameter*>(p.Get())).dpi);
     EXPECT_EQ(-1, CTOVGUIControlBase::ReadDpiRecord(nullptr).dpi);
     auto menu = tovfe::ContextMenuStandIn::Create({});

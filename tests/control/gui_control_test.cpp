@@ -1,10 +1,8 @@
 // The control as one of the front end's GUI controls: one identity for the common interfaces, the trace
 // level on connection and on event 103, the completion event 102, the personalisation property "url"
 // and the browser version read once.
-#include "support/atl_host.h"
-#include "support/control_fixture.h"
+#include "support/browser_fixture.h"
 #include "support/import_hook.h"
-#include "frontend/scripted_browser.h"
 #include "framework/bstr.h"
 
 using tov::ComPtr;
@@ -104,32 +102,21 @@ TEST_F(GUIControl, CompletionEventWithoutAScriptRunsNothing)
     EXPECT_TRUE(Lines().empty()) << "no script set: InternalExecuteScript is not entered";
 }
 
-class Personalisation : public GUIControl {
+class Personalisation : public tovtest::ControlWithBrowserFixture {
 protected:
     void SetUp() override
     {
-        GUIControl::SetUp();
-        ASSERT_EQ(S_OK, browsers.Register());
-        ASSERT_EQ(S_OK, host.Attach(control.Get()));
-        LONG code = -1;
-        control->InitControl(&code);
-        ASSERT_EQ(0, code);
-        browser = browsers.Last();
-        ASSERT_NE(nullptr, browser);
+        ControlWithBrowserFixture::SetUp();
         ASSERT_EQ(S_OK, control->QueryInterface(IID_ITOVGUITessarilControl, tessaril.PutVoid()));
         browser->Log().Clear();
     }
     void TearDown() override
     {
         tessaril.Reset();
-        host.Destroy();
-        GUIControl::TearDown();
+        ControlWithBrowserFixture::TearDown();
     }
     static std::wstring Navigate(const std::wstring& url) { return L"Navigate(" + url + L", <null>, <null>, <null>, <null>)"; }
 
-    tovfe::ScriptedBrowserClass browsers;
-    tovtest::AtlHost host;
-    tovfe::ScriptedBrowser* browser = nullptr;
     ComPtr<ITOVGUITessarilControl> tessaril;
 };
 

@@ -50,16 +50,6 @@ TEST_F(GUIControl, CommonInterfacesLeadToTheControlsOneIdentity)
     EXPECT_EQ(identity.Get(), Identity(dataEvents.Get()).Get());
     ComPtr<ITOVHTMLControl> back;
     EXPECT_EQ(S_OK, dataEvents->QueryInterface(IID_ITOVHTMLControl, back.PutVoid()));
-
-    // The control ignores the data provider's notifications and the personalisation methods it has no use for.
-    EXPECT_EQ(S_OK, dataEvents->DataEvent3(nullptr));
-    EXPECT_EQ(S_OK, dataEvents->DataEvent5(nullptr, nullptr, 0, 0));
-    EXPECT_EQ(S_OK, dataEvents->DataEvent6(nullptr));
-    LONG result = 0;
-    EXPECT_EQ(S_OK, tessaril->TessarilMethod4(nullptr, 0, nullptr, &result));
-    EXPECT_EQ(S_OK, tessaril->TessarilMethod6(nullptr));
-    EXPECT_EQ(S_OK, tessaril->TessarilMethod7(nullptr, nullptr));
-    EXPECT_EQ(S_OK, tessaril->TessarilMethod8(nullptr));
 }
 
 TEST_F(GUIControl, ConnectionReadsTheTraceLevelAndEvent103ReadsItAgain)

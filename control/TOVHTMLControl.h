@@ -196,6 +196,9 @@ private:
     void DisconnectBrowserEvents() noexcept;
     // Script execution: runs a script (front end's code page) in the current document.
     void InternalExecuteScript(const std::string& script);
+    // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.
+    bool ParseXMLIconRequest(BSTR request, tov::Bstr& answer);
+    tov::Bstr getGUIIconResource(BSTR name);
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;

@@ -12,4 +12,3 @@ STDMETHODIMP CTOVHTMLControl::ShowURLInDetachedBrowser(BSTR /*pURL*/, LONG /*bUR
 STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR */*pstrCharset*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::GetHTMLSourceContent(BSTR */*str*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::SetHTMLSourceContent(BSTR */*str*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::LoadIconFont(BSTR /*iconRequest*/, BSTR */*iconInfo*/) { return E_NOTIMPL; }

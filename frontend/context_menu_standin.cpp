@@ -2,20 +2,12 @@
 #include "framework/bstr.h"
 
 namespace tovfe {
-namespace {
 
-std::shared_ptr<CallLog> LogOrNew(std::shared_ptr<CallLog> log)
-{
-    return log ? std::move(log) : std::make_shared<CallLog>();
-}
-
-} // namespace
-
-tov::ComPtr<ContextMenuItemStandIn> ContextMenuItemStandIn::Create(std::wstring functionCode, std::shared_ptr<CallLog> log)
+tov::ComPtr<ContextMenuItemStandIn> ContextMenuItemStandIn::Create(std::wstring functionCode, std::shared_ptr<Recorder> rec)
 {
     auto item = CreateStandIn<ContextMenuItemStandIn, ITOVContextMenuItem>(IID_ITOVContextMenuItem);
     item->m_functionCode = std::move(functionCode);
-    item->m_log = LogOrNew(std::move(log));
+    item->m_rec = std::move(rec);
     return item;
 }
 
@@ -23,8 +15,8 @@ STDMETHODIMP ContextMenuItemStandIn::GetFunctionCode(BSTR* pFCode)
 {
     if (pFCode) *pFCode = nullptr;
     return StandInCall([&] {
-        m_log->Add(L"GetFunctionCode", {m_functionCode});
-        if (FAILED(m_failure)) return m_failure;
+        const HRESULT hr = m_rec->Record(L"GetFunctionCode", {m_functionCode});
+        if (FAILED(hr)) return hr;
         if (!pFCode) return E_POINTER;
         *pFCode = tov::Bstr(m_functionCode).Detach();
         return S_OK;
@@ -32,27 +24,21 @@ STDMETHODIMP ContextMenuItemStandIn::GetFunctionCode(BSTR* pFCode)
 }
 
 tov::ComPtr<ContextMenuStandIn> ContextMenuStandIn::Create(const ContextMenuDescription& description,
-                                                           std::shared_ptr<CallLog> log)
+                                                           std::shared_ptr<Recorder> rec)
 {
     auto menu = CreateStandIn<ContextMenuStandIn, ITOVContextMenu>(IID_ITOVContextMenu);
-    menu->m_log = LogOrNew(std::move(log));
+    menu->m_rec = rec ? std::move(rec) : std::make_shared<Recorder>();
     for (const auto& code : description.functionCodes)
-        menu->m_items.push_back(ContextMenuItemStandIn::Create(code, menu->m_log));
+        menu->m_items.push_back(ContextMenuItemStandIn::Create(code, menu->m_rec));
     menu->m_selected = description.selectedIndex;
     return menu;
-}
-
-HRESULT ContextMenuStandIn::Record(const std::wstring& name, std::vector<std::wstring> args)
-{
-    m_log->Add(name, std::move(args));
-    return m_plan.Outcome(m_log->Calls().back());
 }
 
 STDMETHODIMP ContextMenuStandIn::GetItem(LONG index, IUnknown** ppItem)
 {
     if (ppItem) *ppItem = nullptr;
     return StandInCall([&] {
-        const HRESULT hr = Record(L"GetItem", {std::to_wstring(index)});
+        const HRESULT hr = m_rec->Record(L"GetItem", {std::to_wstring(index)});
         if (FAILED(hr)) return hr;
         if (!ppItem) return E_POINTER;
         if (index < 0 || static_cast<size_t>(index) >= m_items.size()) return E_INVALIDARG;
@@ -64,7 +50,7 @@ STDMETHODIMP ContextMenuStandIn::GetItem(LONG index, IUnknown** ppItem)
 STDMETHODIMP ContextMenuStandIn::GetSelectedIndex(LONG* pIndex)
 {
     return StandInCall([&] {
-        const HRESULT hr = Record(L"GetSelectedIndex");
+        const HRESULT hr = m_rec->Record(L"GetSelectedIndex");
         if (FAILED(hr)) return hr;
         if (!pIndex) return E_POINTER;
         *pIndex = m_selected;
@@ -75,7 +61,7 @@ STDMETHODIMP ContextMenuStandIn::GetSelectedIndex(LONG* pIndex)
 STDMETHODIMP ContextMenuStandIn::put_PosX(LONG x)
 {
     return StandInCall([&] {
-        const HRESULT hr = Record(L"put_PosX", {std::to_wstring(x)});
+        const HRESULT hr = m_rec->Record(L"put_PosX", {std::to_wstring(x)});
         if (SUCCEEDED(hr)) m_position.x = x;
         return hr;
     });
@@ -84,16 +70,16 @@ STDMETHODIMP ContextMenuStandIn::put_PosX(LONG x)
 STDMETHODIMP ContextMenuStandIn::put_PosY(LONG y)
 {
     return StandInCall([&] {
-        const HRESULT hr = Record(L"put_PosY", {std::to_wstring(y)});
+        const HRESULT hr = m_rec->Record(L"put_PosY", {std::to_wstring(y)});
         if (SUCCEEDED(hr)) m_position.y = y;
         return hr;
     });
 }
 
-tov::ComPtr<ContextMenuServiceStandIn> ContextMenuServiceStandIn::Create(std::shared_ptr<CallLog> log)
+tov::ComPtr<ContextMenuServiceStandIn> ContextMenuServiceStandIn::Create(std::shared_ptr<Recorder> rec)
 {
     auto service = CreateStandIn<ContextMenuServiceStandIn, ITOVContextMenuService>(IID_ITOVContextMenuService);
-    service->m_log = LogOrNew(std::move(log));
+    service->m_rec = rec ? std::move(rec) : std::make_shared<Recorder>();
     return service;
 }
 
@@ -103,8 +89,8 @@ STDMETHODIMP ContextMenuServiceStandIn::ShowContextMenu(IDispatch* pMenu)
         std::wstring arg = L"<null>";
         tov::ComPtr<ITOVContextMenu> menu;
         if (pMenu) arg = SUCCEEDED(pMenu->QueryInterface(IID_ITOVContextMenu, menu.PutVoid())) ? L"menu" : L"<not a menu>";
-        m_log->Add(L"ShowContextMenu", {arg});
-        if (FAILED(m_failure)) return m_failure;
+        const HRESULT hr = m_rec->Record(L"ShowContextMenu", {arg});
+        if (FAILED(hr)) return hr;
         if (whileShowing) whileShowing();
         return S_OK;
     });

@@ -1,8 +1,8 @@
 #pragma once
 // Stand-ins for the front end's context menus: the menu service that shows a menu, the menu built from
 // a test's description (its entries' function codes and the entry the user chose) and its entries.
-// Every call is recorded in one log that a menu shares with its entries and, if a test wants, with the
-// service, so the order of placing and showing can be checked.
+// A menu shares its recorder with its entries and, if a test wants, with the service, so the order of
+// placing and showing can be checked.
 #include <windows.h>
 #include <functional>
 #include <memory>
@@ -14,7 +14,7 @@ namespace tovfe {
 
 class ContextMenuItemStandIn final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVContextMenuItem> {
 public:
-    static tov::ComPtr<ContextMenuItemStandIn> Create(std::wstring functionCode, std::shared_ptr<CallLog> log);
+    static tov::ComPtr<ContextMenuItemStandIn> Create(std::wstring functionCode, std::shared_ptr<Recorder> rec);
 
     TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override
@@ -24,15 +24,12 @@ public:
     }
     STDMETHODIMP GetFunctionCode(BSTR* pFCode) override;
 
-    void FailGetFunctionCode(HRESULT hr) { m_failure = hr; }
-
 private:
     friend class tov::ObjectRoot;
     ContextMenuItemStandIn() = default;
 
     std::wstring m_functionCode;
-    std::shared_ptr<CallLog> m_log;
-    HRESULT m_failure = S_OK;
+    std::shared_ptr<Recorder> m_rec;
 };
 
 // What a menu holds: its entries' function codes and the index of the entry the user chose.
@@ -44,7 +41,7 @@ struct ContextMenuDescription {
 class ContextMenuStandIn final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVContextMenu> {
 public:
     static tov::ComPtr<ContextMenuStandIn> Create(const ContextMenuDescription& description,
-                                                  std::shared_ptr<CallLog> log = nullptr);
+                                                  std::shared_ptr<Recorder> rec = std::make_shared<Recorder>());
 
     TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override
@@ -58,29 +55,27 @@ public:
     STDMETHODIMP put_PosX(LONG x) override;
     STDMETHODIMP put_PosY(LONG y) override;
 
-    CallLog& Log() { return *m_log; }
-    const std::shared_ptr<CallLog>& SharedLog() const { return m_log; }
+    // The menu's and its entries' calls ("GetSelectedIndex", "GetItem", "put_PosX", "GetFunctionCode" …).
+    CallLog& Log() { return m_rec->log; }
+    FailurePlan& Plan() { return m_rec->plan; }
+    const std::shared_ptr<Recorder>& SharedRecorder() const { return m_rec; }
     ContextMenuItemStandIn* Item(size_t index) const { return m_items.at(index).Get(); }
-    // Calls by name ("GetSelectedIndex", "GetItem", "put_PosX" …) that answer `hr` from now on.
-    void FailCall(const std::wstring& name, HRESULT hr) { m_plan.Fail(name, hr); }
     POINT Position() const { return m_position; }
 
 private:
     friend class tov::ObjectRoot;
     ContextMenuStandIn() = default;
-    HRESULT Record(const std::wstring& name, std::vector<std::wstring> args = {});
 
     std::vector<tov::ComPtr<ContextMenuItemStandIn>> m_items;
     LONG m_selected = 0;
     POINT m_position{};
-    std::shared_ptr<CallLog> m_log;
-    FailurePlan m_plan;
+    std::shared_ptr<Recorder> m_rec;
 };
 
 // The context-menu service: records each menu it is asked to show.
 class ContextMenuServiceStandIn final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVContextMenuService> {
 public:
-    static tov::ComPtr<ContextMenuServiceStandIn> Create(std::shared_ptr<CallLog> log = nullptr);
+    static tov::ComPtr<ContextMenuServiceStandIn> Create(std::shared_ptr<Recorder> rec = std::make_shared<Recorder>());
 
     TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override
@@ -91,8 +86,8 @@ public:
     // Recorded as "ShowContextMenu(menu)", "ShowContextMenu(<null>)" or "ShowContextMenu(<not a menu>)".
     STDMETHODIMP ShowContextMenu(IDispatch* pMenu) override;
 
-    CallLog& Log() { return *m_log; }
-    void FailShow(HRESULT hr) { m_failure = hr; }
+    CallLog& Log() { return m_rec->log; }
+    FailurePlan& Plan() { return m_rec->plan; }
     // Runs inside ShowContextMenu, as a modal menu loop would run the front end's code.
     std::function<void()> whileShowing;
 
@@ -100,8 +95,7 @@ private:
     friend class tov::ObjectRoot;
     ContextMenuServiceStandIn() = default;
 
-    std::shared_ptr<CallLog> m_log;
-    HRESULT m_failure = S_OK;
+    std::shared_ptr<Recorder> m_rec;
 };
 
 } // namespace tovfe

@@ -6,11 +6,11 @@
 namespace tovfe {
 
 tov::ComPtr<EventRecordStandIn> EventRecordStandIn::Create(std::map<std::wstring, std::wstring> attributes,
-                                                           std::shared_ptr<CallLog> log)
+                                                           std::shared_ptr<Recorder> rec)
 {
     auto record = CreateStandIn<EventRecordStandIn, ITOVEventRecord>(IID_ITOVEventRecord);
     record->m_attributes = std::move(attributes);
-    record->m_log = log ? std::move(log) : std::make_shared<CallLog>();
+    record->m_rec = rec ? std::move(rec) : std::make_shared<Recorder>();
     return record;
 }
 
@@ -18,7 +18,8 @@ STDMETHODIMP EventRecordStandIn::GetAttribute(BSTR name, BSTR defaultText, BSTR*
 {
     if (pValue) *pValue = nullptr;
     return StandInCall([&] {
-        m_log->Add(L"GetAttribute", {ArgText(name), ArgText(defaultText)});
+        const HRESULT hr = m_rec->Record(L"GetAttribute", {ArgText(name), ArgText(defaultText)});
+        if (FAILED(hr)) return hr;
         if (!pValue) return E_POINTER;
         const auto found = m_attributes.find(std::wstring(tov::Bstr::CopyOf(name).View()));
         *pValue = found != m_attributes.end() ? tov::Bstr(found->second).Detach() : tov::Bstr::CopyOf(defaultText).Detach();
@@ -29,9 +30,9 @@ STDMETHODIMP EventRecordStandIn::GetAttribute(BSTR name, BSTR defaultText, BSTR*
 tov::ComPtr<EventParameterStandIn> EventParameterStandIn::Create(const EventParameterDescription& description)
 {
     auto parameter = CreateStandIn<EventParameterStandIn, ITOVEventParameter>(IID_ITOVEventParameter);
-    parameter->m_log = std::make_shared<CallLog>();
+    parameter->m_rec = std::make_shared<Recorder>();
     for (const auto& [name, attributes] : description)
-        parameter->m_children.emplace(name, EventRecordStandIn::Create(attributes, parameter->m_log));
+        parameter->m_children.emplace(name, EventRecordStandIn::Create(attributes, parameter->m_rec));
     return parameter;
 }
 
@@ -39,8 +40,8 @@ STDMETHODIMP EventParameterStandIn::GetChild(BSTR name, ITOVEventRecord** ppChil
 {
     if (ppChild) *ppChild = nullptr;
     return StandInCall([&] {
-        m_log->Add(L"GetChild", {ArgText(name)});
-        if (FAILED(m_failure)) return m_failure;
+        const HRESULT hr = m_rec->Record(L"GetChild", {ArgText(name)});
+        if (FAILED(hr)) return hr;
         if (!ppChild) return E_POINTER;
         const auto found = m_children.find(std::wstring(tov::Bstr::CopyOf(name).View()));
         if (found == m_children.end()) return S_FALSE;

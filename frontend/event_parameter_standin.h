@@ -18,7 +18,7 @@ using EventParameterDescription = std::map<std::wstring, std::map<std::wstring, 
 class EventRecordStandIn final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVEventRecord> {
 public:
     static tov::ComPtr<EventRecordStandIn> Create(std::map<std::wstring, std::wstring> attributes,
-                                                  std::shared_ptr<CallLog> log);
+                                                  std::shared_ptr<Recorder> rec);
 
     TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override
@@ -34,7 +34,7 @@ private:
     EventRecordStandIn() = default;
 
     std::map<std::wstring, std::wstring> m_attributes;
-    std::shared_ptr<CallLog> m_log;
+    std::shared_ptr<Recorder> m_rec;
 };
 
 class EventParameterStandIn final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVEventParameter> {
@@ -51,16 +51,15 @@ public:
     STDMETHODIMP GetChild(BSTR name, ITOVEventRecord** ppChild) override;
 
     // "GetChild(name)" and "GetAttribute(name, default)" in order.
-    CallLog& Log() { return *m_log; }
-    void FailGetChild(HRESULT hr) { m_failure = hr; }
+    CallLog& Log() { return m_rec->log; }
+    FailurePlan& Plan() { return m_rec->plan; }
 
 private:
     friend class tov::ObjectRoot;
     EventParameterStandIn() = default;
 
     std::map<std::wstring, tov::ComPtr<EventRecordStandIn>> m_children;
-    std::shared_ptr<CallLog> m_log;
-    HRESULT m_failure = S_OK;
+    std::shared_ptr<Recorder> m_rec;
 };
 
 // A dragged data object offering CF_HDROP in an HGLOBAL, with wide or narrow file names.

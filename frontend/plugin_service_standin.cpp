@@ -9,10 +9,7 @@ tov::ComPtr<ControlPluginServiceStandIn> ControlPluginServiceStandIn::Create()
 
 STDMETHODIMP ControlPluginServiceStandIn::Connect(BSTR value, BOOL bUtf8)
 {
-    return StandInCall([&] {
-        m_log.Add(L"Connect", {ArgText(value), bUtf8 ? L"BOOL:true" : L"BOOL:false"});
-        return m_failure;
-    });
+    return StandInCall([&] { return m_rec.Record(L"Connect", {ArgText(value), bUtf8 ? L"BOOL:true" : L"BOOL:false"}); });
 }
 
 tov::ComPtr<CacheOnlyServiceStandIn> CacheOnlyServiceStandIn::Create(REFIID iid)

@@ -21,15 +21,14 @@ public:
     // Recorded as "Connect(value, BOOL:true)".
     STDMETHODIMP Connect(BSTR value, BOOL bUtf8) override;
 
-    CallLog& Log() { return m_log; }
-    void FailConnect(HRESULT hr) { m_failure = hr; }
+    CallLog& Log() { return m_rec.log; }
+    FailurePlan& Plan() { return m_rec.plan; }
 
 private:
     friend class tov::ObjectRoot;
     ControlPluginServiceStandIn() = default;
 
-    CallLog m_log;
-    HRESULT m_failure = S_OK;
+    Recorder m_rec;
 };
 
 // A service that answers only IUnknown, IDispatch and the one interface identity it is made for.

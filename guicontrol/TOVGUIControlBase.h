@@ -45,6 +45,40 @@ public:
     STDMETHODIMP HandleEvent(LONG lEvent, IUnknown* pParameter) override;
     STDMETHODIMP ForwardToGUIService(LONG lValue) override;
 
+protected:
+    // Hooks, in the order of the virtual table after the destructor; the defaults do nothing. Declared
+    // before the other interfaces' methods, which take virtual-table entries of their own.
+
+    // Anything but 1 is taken as the event's result and ends its handling.
+    virtual LONG PreHandleEvent(LONG lEvent, IUnknown* pParameter) { return 1; }
+    virtual LONG OnContainerConnected() { return 0; }
+    virtual LONG OnContainerDisconnecting() { return 0; }
+    virtual LONG OnTraceSettingsChanged() { return 0; }
+    virtual LONG OnEvent101() { return 0; }
+    virtual LONG OnEvent102() { return 0; }
+    virtual LONG OnEvent105() { return 0; }
+    virtual LONG OnEvent106(IUnknown* pParameter) { return 0; }
+    // 1: not handled.
+    virtual LONG OnContextMenuItemSelected(IUnknown* pMenu, IUnknown* pItem) { return 1; }
+    virtual LONG OnEvent301(IUnknown* pParameter) { return 0; }
+    virtual LONG OnEvent302(IUnknown* pParameter) { return 0; }
+    // The 400 range: `data` is the drag's data object (may be null), `firstFile` the first file of its
+    // file list (empty when it has none).
+    virtual LONG OnDragEvent(LONG lEvent, IDataObject* data, const std::wstring& firstFile) { return 1; }
+    virtual LONG OnEvent5xx(LONG lEvent, IUnknown* pParameter) { return 1; }
+    virtual LONG OnEvent104() { return 0; }
+    virtual LONG OnEvent101WithParameter(IUnknown* pParameter) { return 0; }
+    virtual LONG OnDataEvent3(IUnknown* provider) { return 0; }
+    virtual LONG OnDataEvent5(IUnknown* provider, LPCWSTR url, LONG kind, LONG value) { return 0; }
+    virtual LONG OnDataEvent6(IUnknown* provider) { return 0; }
+    virtual LONG OnSetTessarilProperty(LPCWSTR name, LPCWSTR value) { return 0; }
+    virtual LONG OnTessarilMethod4(LPCWSTR name, LONG kind, VARIANT* value, LONG* result) { return 0; }
+    virtual LONG OnResetTessarilProperty() { return 0; }
+    virtual LONG OnTessarilMethod6(LPCWSTR name) { return 0; }
+    virtual LONG OnTessarilMethod7(LPCWSTR name, VARIANT* value) { return 0; }
+    virtual LONG OnTessarilMethod8(IUnknown* tool) { return 0; }
+
+public:
     // ITOVGUITessarilControl: each forwards to its hook.
     STDMETHODIMP SetTessarilProperty(LPCWSTR name, LPCWSTR value) override;
     STDMETHODIMP TessarilMethod4(LPCWSTR name, LONG kind, VARIANT* value, LONG* result) override;
@@ -82,36 +116,6 @@ public:
     static TOVDpiRecord ReadDpiRecord(IUnknown* pParameter);
 
 protected:
-    // Hooks, in the order of the virtual table after the destructor; the defaults do nothing.
-    // Anything but 1 is taken as the event's result and ends its handling.
-    virtual LONG PreHandleEvent(LONG lEvent, IUnknown* pParameter) { return 1; }
-    virtual LONG OnContainerConnected() { return 0; }
-    virtual LONG OnContainerDisconnecting() { return 0; }
-    virtual LONG OnTraceSettingsChanged() { return 0; }
-    virtual LONG OnEvent101() { return 0; }
-    virtual LONG OnEvent102() { return 0; }
-    virtual LONG OnEvent105() { return 0; }
-    virtual LONG OnEvent106(IUnknown* pParameter) { return 0; }
-    // 1: not handled.
-    virtual LONG OnContextMenuItemSelected(IUnknown* pMenu, IUnknown* pItem) { return 1; }
-    virtual LONG OnEvent301(IUnknown* pParameter) { return 0; }
-    virtual LONG OnEvent302(IUnknown* pParameter) { return 0; }
-    // The 400 range: `data` is the drag's data object (may be null), `firstFile` the first file of its
-    // file list (empty when it has none).
-    virtual LONG OnDragEvent(LONG lEvent, IDataObject* data, const std::wstring& firstFile) { return 1; }
-    virtual LONG OnEvent5xx(LONG lEvent, IUnknown* pParameter) { return 1; }
-    virtual LONG OnEvent104() { return 0; }
-    virtual LONG OnEvent101WithParameter(IUnknown* pParameter) { return 0; }
-    virtual LONG OnDataEvent3(IUnknown* provider) { return 0; }
-    virtual LONG OnDataEvent5(IUnknown* provider, LPCWSTR url, LONG kind, LONG value) { return 0; }
-    virtual LONG OnDataEvent6(IUnknown* provider) { return 0; }
-    virtual LONG OnSetTessarilProperty(LPCWSTR name, LPCWSTR value) { return 0; }
-    virtual LONG OnTessarilMethod4(LPCWSTR name, LONG kind, VARIANT* value, LONG* result) { return 0; }
-    virtual LONG OnResetTessarilProperty() { return 0; }
-    virtual LONG OnTessarilMethod6(LPCWSTR name) { return 0; }
-    virtual LONG OnTessarilMethod7(LPCWSTR name, VARIANT* value) { return 0; }
-    virtual LONG OnTessarilMethod8(IUnknown* tool) { return 0; }
-
     LONG m_bFrontendActive = 1;
     tov::ComPtr<ITOVFrontendContainer> m_pContainer;
 

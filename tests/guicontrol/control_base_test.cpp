@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include "frontend/context_menu_standin.h"
 #include "frontend/event_parameter_standin.h"
+#include "frontend/gui_service_standin.h"
 #include "frontend/plugin_service_standin.h"
 #include "guicontrol/hook_recorder.h"
 #include "support/registry_helpers.h"
@@ -32,6 +33,30 @@ const CacheOnly kCacheOnly[] = {
     {CTOVGUIControlBase::Service::Service9, &SID_TOVService9, &IID_ITOVService9, L"GetService({A6DCC191-C4A3-4B7B-8041-52D280722E86})"},
     {CTOVGUIControlBase::Service::Service10, &SID_TOVService10, &IID_ITOVService10, L"GetService({62CFD1F3-018B-438B-8940-6C106BF6FE6D})"},
     {CTOVGUIControlBase::Service::Service11, &SID_TOVService11, &IID_ITOVService11, L"GetService({0B052FD7-1A76-4296-BC4F-4FA92368AD40})"},
+};
+
+// A class object that hands out one existing object, as a front end's registered class would.
+class OneObjectFactory final : public IClassFactory {
+public:
+    explicit OneObjectFactory(IUnknown* object) : m_object(object) {}
+    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
+    {
+        if (!ppv) return E_POINTER;
+        *ppv = IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory) ? this : nullptr;
+        return *ppv ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP CreateInstance(IUnknown*, REFIID riid, void** ppv) override
+    {
+        ++creations;
+        return m_object->QueryInterface(riid, ppv);
+    }
+    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
+    int creations = 0;
+
+private:
+    ComPtr<IUnknown> m_object;
 };
 
 class ControlBase : public testing::Test {
@@ -204,4 +229,124 @@ TEST_F(ControlBase, PluginServiceOnlyWithTheSwitchOn)
     EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
     // Without an information service or a code page the plug-in gets nothing and no UTF-8.
     EXPECT_EQ(std::vector<std::wstring>{L"Connect(<null>, BOOL:false)"}, plugin->Log().Texts()) << "connected once";
+}
+
+TEST_F(ControlBase, WithoutAContainerTheGUIServiceIsCreatedDirectly)
+{
+    auto gui = tovfe::GUIServiceStandIn::Create();
+    OneObjectFactory factory(static_cast<ITOVGUIService*>(gui.Get()));
+    DWORD cookie = 0;
+    ASSERT_EQ(S_OK, CoRegisterClassObject(SID_TOVGUIService, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
+    EXPECT_EQ(static_cast<ITOVGUIService*>(gui.Get()), control->GetGUIService());
+    EXPECT_EQ(static_cast<ITOVGUIService*>(gui.Get()), control->GetGUIService());
+    EXPECT_EQ(1, factory.creations) << "created once, then cached";
+    EXPECT_EQ(nullptr, control->GetTraceSink()) << "the other services need a container";
+    CoRevokeClassObject(cookie);
+
+    // Connected, the container's GUI service replaces the one made directly.
+    auto services = tovfe::AddGUIServices(*container.Get());
+    ASSERT_EQ(S_OK, control->SetContainer(Container()));
+    EXPECT_EQ(static_cast<ITOVGUIService*>(services.gui.Get()), control->GetGUIService());
+    EXPECT_EQ(static_cast<ITOVGUIService*>(services.gui.Get()),
+              control->GetCachedService(CTOVGUIControlBase::Service::GUIService));
+}
+
+TEST_F(ControlBase, CodePageComesFromTheGUIServiceChild)
+{
+    auto services = tovfe::AddGUIServices(*container.Get(), 65001);
+    ASSERT_EQ(S_OK, control->SetContainer(Container()));
+    EXPECT_EQ(65001u, control->FrontendCodePage());
+    EXPECT_EQ(65001u, control->FrontendCodePage());
+    EXPECT_EQ(1u, services.gui->Log().Count(L"GetServiceChild")) << "the child is cached";
+    EXPECT_EQ(2u, services.gui->Log().Count(L"GetCodePage")) << "the code page is asked each time";
+
+    services.gui->Plan().Fail(L"GetCodePage", E_FAIL);
+    EXPECT_EQ(437u, control->FrontendCodePage(437));
+    services.gui->Plan().Clear();
+    services.gui->withoutChild = true;
+    control->SetContainer(Container());
+    EXPECT_EQ(nullptr, control->GetGUIServiceChild());
+    EXPECT_EQ(437u, control->FrontendCodePage(437));
+}
+
+TEST_F(ControlBase, Event106TellsTheGUIServiceTheNewDpi)
+{
+    auto services = tovfe::AddGUIServices(*container.Get());
+    ASSERT_EQ(S_OK, control->SetContainer(Container()));
+    const auto dpi = [&](const tovfe::EventParameterDescription& d, bool withParameter = true) {
+        services.gui->Log().Clear();
+        control->hooks.clear();
+        auto p = tovfe::EventParameterStandIn::Create(d);
+        EXPECT_EQ(1, control->HandleEvent(106, withParameter ? static_cast<ITOVEventParameter*>(p.Get()) : nullptr));
+        return services.gui->Log().Texts();
+    };
+    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(144, 150, 150)"},
+              dpi({{L"dpi_change", {{L"dpi", L"144"}, {L"scalingFactor_x", L"150"}, {L"scalingFactor_y", L"150"}}}}));
+    EXPECT_EQ(std::vector<std::wstring>{L"OnEvent106 with parameter"}, control->hooks);
+    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(-1, -1, -1)"}, dpi({{L"display", {{L"dpi", L"96"}}}}))
+        << "without dpi_change";
+    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(-1, -1, -1)"}, dpi({}, false)) << "without a parameter";
+    EXPECT_TRUE(control->hooks.empty()) << "no parameter: no 106 hook";
+
+    // A failing or missing GUI service changes nothing for the control.
+    services.gui->Plan().Fail(L"OnDpiChanged", E_FAIL);
+    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(96, -1, -1)"}, dpi({{L"dpi_change", {{L"dpi", L"96"}}}}));
+    EXPECT_EQ(std::vector<std::wstring>{L"OnEvent106 with parameter"}, control->hooks);
+    container->AddService(SID_TOVGUIService, nullptr);
+    control->SetContainer(Container());
+    EXPECT_TRUE(dpi({{L"dpi_change", {{L"dpi", L"96"}}}}).empty());
+    EXPECT_EQ(std::vector<std::wstring>{L"OnEvent106 with parameter"}, control->hooks);
+}
+
+TEST_F(ControlBase, ForwardToGUIServiceReachesTheForwardTarget)
+{
+    auto services = tovfe::AddGUIServices(*container.Get());
+    ASSERT_EQ(S_OK, control->SetContainer(Container()));
+    EXPECT_EQ(S_OK, control->ForwardToGUIService(42));
+    EXPECT_EQ((std::vector<std::wstring>{L"GetForwardTarget()", L"Forward(42)"}), services.gui->Log().Texts());
+
+    services.gui->Log().Clear();
+    services.gui->withoutForwardTarget = true;
+    EXPECT_EQ(S_OK, control->ForwardToGUIService(7));
+    services.gui->withoutForwardTarget = false;
+    services.gui->Plan().Fail(L"GetForwardTarget", E_FAIL);
+    EXPECT_EQ(S_OK, control->ForwardToGUIService(8));
+    EXPECT_EQ((std::vector<std::wstring>{L"GetForwardTarget()", L"GetForwardTarget()"}), services.gui->Log().Texts());
+    services.gui->Plan().Clear();
+    services.gui->Plan().Throw(L"Forward");
+    EXPECT_EQ(E_UNEXPECTED, control->ForwardToGUIService(9)) << "nothing is thrown back to the front end";
+}
+
+TEST_F(ControlBase, PluginServiceGetsTheFrontendsValueAndWhetherItRunsInUtf8)
+{
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General", 0, nullptr, 0, KEY_WRITE,
+                                             nullptr, &key, nullptr));
+    const DWORD on = 1;
+    RegSetValueExW(key, L"TOVGUIControlPlugin", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), 4);
+    RegCloseKey(key);
+
+    for (UINT codePage : {65001u, 1252u}) {
+        SCOPED_TRACE(codePage);
+        auto plugin = tovfe::ControlPluginServiceStandIn::Create();
+        container->AddService(SID_TOVControlPluginService, static_cast<ITOVControlPluginService*>(plugin.Get()));
+        auto services = tovfe::AddGUIServices(*container.Get(), codePage);
+        services.info->pluginValue = L"cfg=1";
+        ASSERT_EQ(S_OK, control->SetContainer(Container()));
+        EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
+        EXPECT_EQ(std::vector<std::wstring>{codePage == 65001 ? L"Connect(cfg=1, BOOL:true)" : L"Connect(cfg=1, BOOL:false)"},
+                  plugin->Log().Texts());
+        EXPECT_EQ((std::vector<std::wstring>{L"GetPluginValue()", L"GetServiceChild()", L"GetCodePage()"}),
+                  services.gui->Log().Texts());
+    }
+
+    // A failing information service or plug-in still gives the service; nothing is let through.
+    auto plugin = tovfe::ControlPluginServiceStandIn::Create();
+    plugin->Plan().Fail(L"Connect", E_FAIL);
+    container->AddService(SID_TOVControlPluginService, static_cast<ITOVControlPluginService*>(plugin.Get()));
+    auto services = tovfe::AddGUIServices(*container.Get());
+    services.info->Plan().Fail(L"GetPluginValue", E_FAIL);
+    control->SetContainer(Container());
+    EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
+    EXPECT_EQ(std::vector<std::wstring>{L"Connect(<null>, BOOL:false)"}, plugin->Log().Texts());
 }

@@ -189,6 +189,17 @@ private:
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
+    // Back channel: TOVEVENT interception, completion of pages and the page marker (called by the browser sinks).
+    HRESULT OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, VARIANT_BOOL* Cancel);
+    HRESULT OnFrameBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, VARIANT_BOOL* Cancel);
+    HRESULT OnBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, VARIANT_BOOL* Cancel);
+    HRESULT StorePostData(ITOVDataProvider* provider, const VARIANT* PostData, CTraceScope& scope);
+    void OnNavigateComplete(BSTR URL);
+    void OnFrameNavigateComplete(BSTR URL);
+    void ReportCompletion(BSTR URL);
+    void OnDocumentComplete(IDispatch* frame);
+    void SetScriptVariableInHTMLDocument();
+    void InternalExecuteScript(const std::string& script);
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;

@@ -2,8 +2,6 @@
 // the front end reads it back under "TOVEVENT:" / "PostData".
 #include "control/automation_call.h"
 #include <cstdint>
-#include <memory>
-#include <new>
 #include <optional>
 #include "navigation/unescape_url.h"
 
@@ -66,27 +64,43 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
         scope.Write("Size of Postdata before Transformation: " + std::to_string(size), trace::kDetail);
     }
     if (size != 0) {
-        std::unique_ptr<char[]> buffer(new (std::nothrow) char[raw.size() + 1]());
+        // The data is unescaped straight into the stream's own memory (it never grows): one buffer less
+        // for a large form.
         const DWORD start = GetTickCount();
+        ULARGE_INTEGER capacity;
+        capacity.QuadPart = raw.size() + 1;
+        HGLOBAL memory = nullptr;
+        char* buffer = nullptr;
+        if (SUCCEEDED(stream->SetSize(capacity)) && SUCCEEDED(GetHGlobalFromStream(stream.Get(), &memory)))
+            buffer = static_cast<char*>(GlobalLock(memory));
         if (buffer) {
             if (detailed) {
                 scope.Write("Postdata before Transformation", trace::kDetail);
                 scope.Write(raw, trace::kDetail);
             }
             // Bounded by the data's length: zero bytes inside the form data are kept.
-            const size_t plain = url::UnescapeData(raw.data(), raw.size(), buffer.get(), static_cast<uint32_t>(m_lUIFlag),
+            const size_t plain = url::UnescapeData(raw.data(), raw.size(), buffer, static_cast<uint32_t>(m_lUIFlag),
                                                    url::SystemAnsiConverter());
+            GlobalUnlock(memory);
             scope.Write("Size of Postdata after Transformation: " + std::to_string(plain), trace::kDetail);
+            ULARGE_INTEGER used;
+            used.QuadPart = plain;
+            LARGE_INTEGER end;
+            end.QuadPart = static_cast<LONGLONG>(plain);
             size = 0;
-            if (plain != 0) {
-                ULONG written = 0;
-                stream->Write(buffer.get(), static_cast<ULONG>(plain), &written);
-                size = static_cast<LONG>(written);
-                if (detailed) {
-                    scope.Write("Postdata after Transformation", trace::kDetail);
-                    scope.Write(std::string_view(buffer.get(), plain), trace::kDetail);
+            if (SUCCEEDED(stream->SetSize(used)) && SUCCEEDED(stream->Seek(end, STREAM_SEEK_SET, nullptr)))
+                size = static_cast<LONG>(plain);
+            if (size != 0 && detailed) {
+                scope.Write("Postdata after Transformation", trace::kDetail);
+                if (const char* text = static_cast<const char*>(GlobalLock(memory))) {
+                    scope.Write(std::string_view(text, plain), trace::kDetail);
+                    GlobalUnlock(memory);
                 }
             }
+        } else {
+            // No memory for the transformation: the event tells the untransformed size, the stream stays empty.
+            ULARGE_INTEGER none{};
+            stream->SetSize(none);
         }
         scope.Write("Used time for postdata transformation: " + std::to_string(static_cast<int>(GetTickCount() - start)) +
                         " ms.",

@@ -205,6 +205,16 @@ private:
     // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.
     bool ParseXMLIconRequest(BSTR request, tov::Bstr& answer);
     tov::Bstr getGUIIconResource(BSTR name);
+    // Back channel: TOVEVENT interception, completion of pages and the page marker (called by the browser sinks).
+    HRESULT OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, VARIANT_BOOL* Cancel);
+    HRESULT OnFrameBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, VARIANT_BOOL* Cancel);
+    HRESULT OnBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers, VARIANT_BOOL* Cancel);
+    HRESULT StorePostData(ITOVDataProvider* provider, const VARIANT* PostData, CTraceScope& scope);
+    void OnNavigateComplete(BSTR URL);
+    void OnFrameNavigateComplete(BSTR URL);
+    void ReportCompletion(BSTR URL);
+    void OnDocumentComplete(IDispatch* frame);
+    void SetScriptVariableInHTMLDocument();
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;

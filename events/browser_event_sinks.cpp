@@ -7,15 +7,47 @@ STDMETHODIMP CBrowserEventsSink::QueryInterface(REFIID riid, void** ppv) { retur
 STDMETHODIMP_(ULONG) CBrowserEventsSink::AddRef() { return ++m_control.m_cBrowserHeldRefs; }
 STDMETHODIMP_(ULONG) CBrowserEventsSink::Release() { return --m_control.m_cBrowserHeldRefs; }
 
-// The handlers of the back channel are not built yet: the events are accepted and change nothing.
-STDMETHODIMP CBrowserEventsSink::BeforeNavigate(BSTR, LONG, BSTR, VARIANT*, BSTR, VARIANT_BOOL*) { return S_OK; }
-STDMETHODIMP CBrowserEventsSink::NavigateComplete(BSTR) { return S_OK; }
-STDMETHODIMP CBrowserEventsSink::FrameBeforeNavigate(BSTR, LONG, BSTR, VARIANT*, BSTR, VARIANT_BOOL*) { return S_OK; }
-STDMETHODIMP CBrowserEventsSink::FrameNavigateComplete(BSTR) { return S_OK; }
+namespace {
+// A browser event: the front end's handlers run inside it and may drop the control's last reference;
+// no exception goes back to the browser.
+template <class F> HRESULT HandleBrowserEvent(CTOVHTMLControl& control, F&& handler) noexcept
+{
+    return tov::GuardedCall([&] {
+        tov::ComPtr<IUnknown> keepAlive(control.ControllingUnknown());
+        return handler();
+    });
+}
+} // namespace
+
+STDMETHODIMP CBrowserEventsSink::BeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers,
+                                                VARIANT_BOOL* Cancel)
+{
+    return HandleBrowserEvent(m_control, [&] {
+        return m_control.OnTopLevelBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
+    });
+}
+STDMETHODIMP CBrowserEventsSink::NavigateComplete(BSTR URL)
+{
+    return HandleBrowserEvent(m_control, [&] { m_control.OnNavigateComplete(URL); return S_OK; });
+}
+STDMETHODIMP CBrowserEventsSink::FrameBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData,
+                                                     BSTR Headers, VARIANT_BOOL* Cancel)
+{
+    return HandleBrowserEvent(m_control, [&] {
+        return m_control.OnFrameBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
+    });
+}
+STDMETHODIMP CBrowserEventsSink::FrameNavigateComplete(BSTR URL)
+{
+    return HandleBrowserEvent(m_control, [&] { m_control.OnFrameNavigateComplete(URL); return S_OK; });
+}
 
 STDMETHODIMP CBrowserEvents2Sink::QueryInterface(REFIID riid, void** ppv) { return m_control.ControllingUnknown()->QueryInterface(riid, ppv); }
 STDMETHODIMP_(ULONG) CBrowserEvents2Sink::AddRef() { return ++m_control.m_cBrowserHeldRefs; }
 STDMETHODIMP_(ULONG) CBrowserEvents2Sink::Release() { return --m_control.m_cBrowserHeldRefs; }
 
-STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch*, VARIANT) { return S_OK; }
+STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch* frame, VARIANT)
+{
+    return HandleBrowserEvent(m_control, [&] { m_control.OnDocumentComplete(frame); return S_OK; });
+}
 STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch**, VARIANT_BOOL*) { return S_OK; }

@@ -18,7 +18,7 @@ public:
 
 private:
     // Arguments in declaration order; dispatch wants them reversed. Returns the last sink's result.
-    HRESULT Fire(DISPID id, std::vector<tov::Variant> args);
+    HRESULT Fire(DISPID id, const std::vector<tov::Variant>& args);
 
     tov::EventConnectionPoint& m_point;
 };

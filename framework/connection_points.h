@@ -30,6 +30,9 @@ public:
     // may unadvise itself or another one while it is being called.
     std::vector<ComPtr<IUnknown>> Sinks() const;
     void UnadviseAll() { m_slots.clear(); }
+    // Slot access while firing: a sink unadvised by an earlier handler is skipped, one advised meanwhile is reached.
+    size_t SlotCount() const { return m_slots.size(); }
+    ComPtr<IUnknown> SinkAt(size_t slot) const { return slot < m_slots.size() ? m_slots[slot] : ComPtr<IUnknown>(); }
 
 private:
     IUnknown& m_owner;

@@ -281,6 +281,14 @@ STDMETHODIMP DataProviderStandIn::SetDataFromStream(LPCWSTR url, BSTR name, IStr
     std::string bytes;
     LARGE_INTEGER zero{};
     pStream->Seek(zero, STREAM_SEEK_SET, nullptr);
+    // One read of the whole stream when it tells its size, then whatever else it still has.
+    STATSTG stat{};
+    if (SUCCEEDED(pStream->Stat(&stat, STATFLAG_NONAME)) && stat.cbSize.QuadPart > 0 && stat.cbSize.QuadPart < 0x7FFFFFFF) {
+        bytes.resize(static_cast<size_t>(stat.cbSize.QuadPart));
+        ULONG got = 0;
+        if (FAILED(pStream->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &got))) got = 0;
+        bytes.resize(got);
+    }
     char chunk[4096];
     ULONG read = 0;
     while (SUCCEEDED(pStream->Read(chunk, sizeof chunk, &read)) && read > 0) bytes.append(chunk, read);

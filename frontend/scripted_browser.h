@@ -46,6 +46,26 @@ public:
     HWND ChildWindow() const { return m_child.Get(); }
     void SetHwnd(SHANDLE_PTR hwnd) { m_hwnd = hwnd; }
     void SetDocument(IDispatch* document) { m_document = document; }
+    // ---- back channel: a page author's actions, fired at the sinks the way the platform browser fires them
+    struct NavigationOutcome {
+        HRESULT hr;
+        VARIANT_BOOL cancel; // as the sinks left it; it starts false
+    };
+    // BeforeNavigate, or FrameBeforeNavigate when `inFrame`, with `postData` behind a VARIANT reference
+    // (an empty VARIANT when null) and Cancel in/out.
+    NavigationOutcome FireBeforeNavigate(BSTR url, LONG flags, BSTR frame, VARIANT* postData, BSTR headers, bool inFrame);
+    // "Click a link" in the top document, or in the named frame: no post data, no headers.
+    NavigationOutcome ClickLink(const std::wstring& url, const std::wstring& frame = L"");
+    // "Submit a form": the url-encoded body as a byte array, with the form's content type as headers.
+    NavigationOutcome SubmitForm(const std::wstring& url, const std::string& body, const std::wstring& frame = L"");
+    // "Load a page with N frames": the page's BeforeNavigate, then unless it was cancelled the top
+    // NavigateComplete, each frame's FrameNavigateComplete and DocumentComplete (with the frame's own
+    // object), and last the top DocumentComplete with this browser's IDispatch.
+    NavigationOutcome LoadPage(const std::wstring& url, const std::vector<std::wstring>& frameUrls = {});
+    // The completion steps on their own.
+    HRESULT CompleteTopNavigation(const std::wstring& url);
+    HRESULT CompleteFrame(size_t index, const std::wstring& url);
+    HRESULT CompleteTopDocument(const std::wstring& url);
 
     // Calls on the client site (the control), made the way the platform browser makes them: interfaces
     // by QueryInterface on the site, the security manager and focus protection through QueryService.
@@ -229,6 +249,8 @@ private:
     std::wstring m_location;
     RecordingPoint m_events;
     RecordingPoint m_events2;
+    // Frames of the loaded page: browser objects of their own, as the platform's frames are.
+    std::vector<tov::ComPtr<ScriptedBrowser>> m_frames;
 };
 
 } // namespace tovfe

@@ -1,0 +1,83 @@
+// Front-end handlers run inside the browser's BeforeNavigate and may call back into the control, swap
+// its post-data object, fire further events, unadvise or let go of the control.
+#include "support/back_channel_fixture.h"
+
+using tovtest::BackChannelFixture;
+using tovtest::FiredEvent;
+
+class BackChannelReentrancy : public BackChannelFixture {};
+
+TEST_F(BackChannelReentrancy, HandlerShowsTheNextPage)
+{
+    LONG code = -1;
+    sink.onEvent = [&](const FiredEvent& e) {
+        if (e.id != 1) return;
+        tov::Bstr next(L"http://app/next.htm");
+        control->ShowURL(next.Get(), nullptr, &code);
+    };
+    browser->Log().Clear();
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Next").cancel);
+    EXPECT_EQ(0, code);
+    EXPECT_EQ(1u, browser->Log().Count(L"Navigate"));
+    // The page the front end showed then completes and is reported.
+    browser->LoadPage(L"http://app/next.htm");
+    EXPECT_EQ(std::vector<std::wstring>{L"http://app/next.htm"}, NavigateCompleteUrls());
+}
+
+TEST_F(BackChannelReentrancy, HandlerReplacesThePostDataObject)
+{
+    auto* first = GivePostDataProvider();
+    first->AddRef(); // the test reads it after the control let it go
+    tovfe::DataProviderStandIn* second = nullptr;
+    sink.onEvent = [&](const FiredEvent&) {
+        if (!second) second = GivePostDataProvider();
+    };
+    browser->SubmitForm(L"TOVEVENT:Save", "a=1");
+    EXPECT_EQ("a=1", Stored(first)) << "the event's data went to the object set when it arrived";
+    ASSERT_NE(nullptr, second);
+    EXPECT_EQ("<nothing>", Stored(second));
+    browser->SubmitForm(L"TOVEVENT:Save", "b=2");
+    EXPECT_EQ("b=2", Stored(second));
+    EXPECT_EQ("a=1", Stored(first));
+    first->Release();
+}
+
+TEST_F(BackChannelReentrancy, HandlerFiresAnEventOfItsOwn)
+{
+    sink.onEvent = [&](const FiredEvent& e) {
+        if (sink.events.size() > 1) return;
+        tov::Bstr u(L"TOVEVENT:Inner");
+        control->DoTOVEVENT(nullptr, 5, u.Get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    };
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Outer").cancel);
+    ASSERT_EQ(2u, sink.events.size());
+    EXPECT_EQ(L"TOVEVENT:Outer", sink.events[0].args[2]);
+    EXPECT_EQ(L"TOVEVENT:Inner", sink.events[1].args[2]);
+}
+
+TEST_F(BackChannelReentrancy, HandlerUnadvisesItself)
+{
+    tovtest::RecordingEventSink second;
+    const DWORD secondCookie = Advise(second);
+    sink.onEvent = [&](const FiredEvent&) {
+        Unadvise(cookie);
+        cookie = 0;
+    };
+    browser->ClickLink(L"TOVEVENT:One");
+    browser->ClickLink(L"TOVEVENT:Two");
+    EXPECT_EQ(1u, sink.events.size());
+    EXPECT_EQ(2u, second.events.size());
+    Unadvise(secondCookie);
+}
+
+TEST_F(BackChannelReentrancy, HandlerReleasesItsReferenceToTheControl)
+{
+    auto* provider = GivePostDataProvider();
+    sink.onEvent = [&](const FiredEvent&) { control.Reset(); };
+    ITOVHTMLControl* raw = control.Get();
+    raw->AddRef(); // stands for the container's own reference
+    const auto outcome = browser->SubmitForm(L"TOVEVENT:Bye", "x=%41");
+    EXPECT_EQ(1, outcome.cancel);
+    EXPECT_EQ("x=A", Stored(provider));
+    control.Attach(raw);
+}

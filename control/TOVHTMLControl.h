@@ -22,8 +22,7 @@
 #include "guicontrol/TOVGUIControlBase.h"
 #include "tov_frontend.h"
 #include "hosting/browser_site.h"
-
-class CTovDialogBox;
+#include "hosting/tov_dialog_box.h"
 
 // Orders BSTR keys as the user's locale compares them (case-sensitive).
 struct BstrLocaleLess {
@@ -189,6 +188,11 @@ private:
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
+    // Simple Browse dialog and detached browser windows.
+    HRESULT NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel);
+    BOOL CloseSimpleBrowseWindow();
+    HRESULT OpenDocumentInNewWindow(BSTR url);
+    HRESULT OpenDocumentInDetachedWindow(BSTR url);
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;
@@ -246,7 +250,7 @@ private:
     tov::Variant m_varReserved2;
     std::string m_strFrontEndKey;
     tov::Bstr m_bstrTessarilSavedURL;
-    CTovDialogBox* m_pSimpleBrowseDlg = nullptr;
+    tov::ComPtr<CTovDialogBox> m_pSimpleBrowseDlg;
 
     // The browser reported itself active in place (the state WM_SIZE looks at).
     bool m_bInPlaceActive = false;

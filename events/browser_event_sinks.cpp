@@ -18,4 +18,4 @@ STDMETHODIMP_(ULONG) CBrowserEvents2Sink::AddRef() { return ++m_control.m_cBrows
 STDMETHODIMP_(ULONG) CBrowserEvents2Sink::Release() { return --m_control.m_cBrowserHeldRefs; }
 
 STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch*, VARIANT) { return S_OK; }
-STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch**, VARIANT_BOOL*) { return S_OK; }
+STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel) { return m_control.NewWindow2(ppDisp, Cancel); }

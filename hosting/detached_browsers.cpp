@@ -26,19 +26,21 @@ HRESULT CTOVHTMLControl::OpenDocumentInNewWindow(BSTR url)
     CTraceScope scope(m_trace, TraceSinkRef(), "OpenDocumentInNewWindow");
     const Bstr key = Bstr::CopyOf(url);
     bool create = true;
-    const auto found = m_mapDetachedBrowsers.find(key);
-    if (found != m_mapDetachedBrowsers.end()) {
-        m_pDetachedBrowser = found->second;
+    if (const auto found = m_mapDetachedBrowsers.find(key); found != m_mapDetachedBrowsers.end()) {
+        const ComPtr<IWebBrowser2> remembered = found->second;
+        m_pDetachedBrowser = remembered;
         SHANDLE_PTR window = 0;
-        // A window the user has closed answers with no handle (or not at all).
-        if (m_pDetachedBrowser) m_pDetachedBrowser->get_HWND(&window);
+        // A window the user has closed answers with no handle (or not at all). The call may let other calls
+        // into the control, so the entry is looked up again afterwards.
+        if (remembered) remembered->get_HWND(&window);
         if (window == 0) {
-            ComPtr<IWebBrowser2> closed = std::move(found->second);
-            m_mapDetachedBrowsers.erase(found);
+            const auto entry = m_mapDetachedBrowsers.find(key);
+            if (entry != m_mapDetachedBrowsers.end() && entry->second.Get() == remembered.Get())
+                m_mapDetachedBrowsers.erase(entry);
             m_pDetachedBrowser.Reset();
-            if (closed) {
-                closed->Stop();
-                closed->Quit();
+            if (remembered) {
+                remembered->Stop();
+                remembered->Quit();
             }
         } else {
             create = false;

@@ -58,16 +58,21 @@ protected:
     }
     void PutHtml(const std::wstring& url) { tovfe::DataStore::Instance().Put(url, "<html><body>x</body></html>", L"html"); }
     void PutPicture(const std::wstring& url) { tovfe::DataStore::Instance().Put(url, "GIF89a", L"gif"); }
+    // The browser was stopped, zoomed and navigated by `navigate`, nothing else.
+    void ExpectStopZoomNavigate(const std::wstring& navigate) const
+    {
+        const auto calls = BrowserCalls();
+        ASSERT_EQ(3u, calls.size());
+        EXPECT_EQ(L"Stop()", calls[0]);
+        EXPECT_TRUE(IsZoom(calls[1])) << calls[1];
+        EXPECT_EQ(navigate, calls[2]);
+    }
 };
 
 TEST_F(ShowMethods, ShowURLOfAnEmptyOrNullUrlShowsTheBlankPageWithNoOptionalArguments)
 {
     EXPECT_EQ(0, ShowURL(L"", L"main"));
-    auto calls = BrowserCalls();
-    ASSERT_EQ(3u, calls.size());
-    EXPECT_EQ(L"Stop()", calls[0]);
-    EXPECT_TRUE(IsZoom(calls[1])) << calls[1];
-    EXPECT_EQ(kBlank, calls[2]);
+    ExpectStopZoomNavigate(kBlank);
 
     browser->OwnLog().Clear();
     LONG code = -1;
@@ -143,11 +148,7 @@ TEST_F(ShowMethods, ShowDataNavigatesHtmlWithFlagsTwelveAndZoomsOnlyAtLowResolut
 
     g_dpi = 96;
     EXPECT_EQ(0, ShowData(L"page.htm", L"main"));
-    auto calls = BrowserCalls();
-    ASSERT_EQ(3u, calls.size());
-    EXPECT_EQ(L"Stop()", calls[0]);
-    EXPECT_TRUE(IsZoom(calls[1])) << calls[1];
-    EXPECT_EQ(navigate, calls[2]);
+    ExpectStopZoomNavigate(navigate);
 
     g_dpi = 120;
     browser->OwnLog().Clear();

@@ -63,6 +63,15 @@ protected:
         if (SUCCEEDED(control->QueryInterface(IID_IOleWindow, window.PutVoid()))) window->GetWindow(&hwnd);
         return hwnd;
     }
+    // SimpleBrowse on and one NewWindow2: the dialog made for it.
+    HWND OpenDialog(ComPtr<IDispatch>& window)
+    {
+        EXPECT_EQ(S_OK, control->put_SimpleBrowse(1));
+        VARIANT_BOOL cancel;
+        EXPECT_EQ(S_OK, NewWindow(window, cancel));
+        const auto dialogs = SimpleBrowseWindows();
+        return dialogs.empty() ? nullptr : dialogs.back();
+    }
     // Lines of the trace that name `text` (entry, exit or message).
     size_t LinesNaming(const std::string& text) const
     {
@@ -159,11 +168,9 @@ TEST_F(SimpleBrowse, CloseDocumentClosesOnlyTheLatestDialogAndReleaseTheRest)
 
 TEST_F(SimpleBrowse, TheUserClosingADialogLeavesCloseDocumentToTheOwnPage)
 {
-    ASSERT_EQ(S_OK, control->put_SimpleBrowse(1));
     ComPtr<IDispatch> window;
-    VARIANT_BOOL cancel;
-    ASSERT_EQ(S_OK, NewWindow(window, cancel));
-    const HWND dialog = SimpleBrowseWindows().at(0);
+    const HWND dialog = OpenDialog(window);
+    ASSERT_TRUE(dialog);
     tovfe::ScriptedBrowser* hosted = browsers.Last();
 
     // OK and Cancel end the dialog; closing it destroys it and lets its browser go.
@@ -179,15 +186,22 @@ TEST_F(SimpleBrowse, TheUserClosingADialogLeavesCloseDocumentToTheOwnPage)
     EXPECT_EQ(S_OK, control->CloseDocument());
     EXPECT_EQ(1u, LinesNaming("CloseSimpleBrowseWindow: Simple Browse Window not closed successfully"));
     EXPECT_EQ(L"Navigate(about:blank, <null>, <null>, <null>, <null>)", BrowserCalls().back());
+
+    // A dialog destroyed behind the control's back is forgotten the same way.
+    const HWND another = OpenDialog(window);
+    ASSERT_TRUE(another);
+    window.Reset();
+    DestroyWindow(another);
+    browser->OwnLog().Clear();
+    EXPECT_EQ(S_OK, control->CloseDocument());
+    EXPECT_EQ(std::vector<std::wstring>{L"Navigate(about:blank, <null>, <null>, <null>, <null>)"}, BrowserCalls());
 }
 
 TEST_F(SimpleBrowse, SwitchedOffCloseDocumentLeavesTheDialogOpen)
 {
-    ASSERT_EQ(S_OK, control->put_SimpleBrowse(1));
     ComPtr<IDispatch> window;
-    VARIANT_BOOL cancel;
-    ASSERT_EQ(S_OK, NewWindow(window, cancel));
-    const HWND dialog = SimpleBrowseWindows().at(0);
+    const HWND dialog = OpenDialog(window);
+    ASSERT_TRUE(dialog);
     ASSERT_EQ(S_OK, control->put_SimpleBrowse(0));
     EXPECT_EQ(S_OK, control->CloseDocument());
     EXPECT_TRUE(IsWindow(dialog));

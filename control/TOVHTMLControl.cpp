@@ -43,6 +43,8 @@ void* CTOVHTMLControl::FindInterface(REFIID riid) noexcept
         Entry<ISupportErrorInfo>(IID_ISupportErrorInfo, this),
         Entry<IConnectionPointContainer>(IID_IConnectionPointContainer, this),
         Entry<ITOVGUIControl>(IID_ITOVGUIControl, this),
+        Entry<ITOVGUITessarilControl>(IID_ITOVGUITessarilControl, this),
+        Entry<_ITOVDataProviderEvents>(IID__ITOVDataProviderEvents, this),
     });
 }
 

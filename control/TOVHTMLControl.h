@@ -129,6 +129,11 @@ protected:
     std::vector<tov::EventConnectionPoint*> ConnectionPoints() override { return {&m_eventsPoint}; }
     LONG OnContainerConnected() override;
     LONG OnTraceSettingsChanged() override;
+    // Framework hooks: completion script (102), context-menu selection (300), personalisation "url".
+    LONG OnEvent102() override;
+    LONG OnContextMenuItemSelected(IUnknown* pMenu, IUnknown* pItem) override;
+    LONG OnSetTessarilProperty(LPCWSTR name, LPCWSTR value) override;
+    LONG OnResetTessarilProperty() override;
 
 private:
     friend class CBrowserSite;
@@ -188,6 +193,8 @@ private:
     // Sets the mode, the instance tag and both URL prefixes.
     void SetProtocolMode(LONG mode);
     void DisconnectBrowserEvents() noexcept;
+    // Script execution: runs a script (front end's code page) in the current document.
+    void InternalExecuteScript(const std::string& script);
     // Simple Browse dialog and detached browser windows.
     HRESULT NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel);
     BOOL CloseSimpleBrowseWindow();

@@ -3,7 +3,6 @@
 
 STDMETHODIMP CTOVHTMLControl::putref_ScriptText(IDispatch */*a*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::ExecuteScript() { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::TrackContextMenu(IDispatch */*pMenu*/, LONG /*nPosX*/, LONG /*nPosY*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::putref_ScriptOnBRELCompleted(IDispatch */*a*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::putref_ScriptOnDataSubmitted(IDispatch */*a*/) { return E_NOTIMPL; }
 STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR */*pstrCharset*/) { return E_NOTIMPL; }

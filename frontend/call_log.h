@@ -53,6 +53,18 @@ private:
     std::set<std::wstring> m_throwing;
 };
 
+// The log and failure plan a group of stand-ins shares: each call is recorded, then answered as planned.
+class Recorder {
+public:
+    HRESULT Record(std::wstring name, std::vector<std::wstring> args = {})
+    {
+        log.Add(std::move(name), std::move(args));
+        return plan.Outcome(log.Calls().back());
+    }
+    CallLog log;
+    FailurePlan plan;
+};
+
 // Runs the body of a stand-in's COM method: AskedToThrow passes, any other exception becomes its HRESULT.
 template <class F> HRESULT StandInCall(F&& body)
 {

@@ -1,4 +1,5 @@
-// Demo host: shows what a front end finds when it creates the control by its ProgID.
+// Demo host: shows what a front end finds when it creates the control by its ProgID, and plays a
+// front end's session with the control in a real container window.
 #include <windows.h>
 #include <ole2.h>
 #include <cstdio>
@@ -6,6 +7,7 @@
 #include "TOVHTML_h.h"
 #include "framework/com_ptr.h"
 #include "type_library_text.h"
+#include "frontend/demo_session.h"
 
 using tov::ComPtr;
 
@@ -59,7 +61,8 @@ int wmain(int argc, wchar_t** argv)
     if (FAILED(OleInitialize(nullptr))) return 2;
     int rc = 2;
     if (argc > 1 && std::wstring(argv[1]) == L"--members") rc = ShowMembers();
-    else std::printf("usage: tovdemo --members\n");
+    else if (argc > 2 && std::wstring(argv[1]) == L"--session") rc = tovfe::RunDemoSession(argv[2]);
+    else std::printf("usage: tovdemo --members | --session <sample folder>\n");
     OleUninitialize();
     return rc;
 }

@@ -1,7 +1,7 @@
 // Browser information and commands: version and handle, ExecuteWB with the screen-resolution zoom,
 // printing, the navigation style, drop targets.
 #include "control/automation_call.h"
-#include "framework/handles.h"
+#include "guicontrol/registry_config.h"
 #include "hosting/browser_rules.h"
 
 using namespace tov;
@@ -88,18 +88,17 @@ STDMETHODIMP CTOVHTMLControl::get_BrowserString(BSTR* pVal)
     return GuardedCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_BrowserString");
         if (m_bstrBrowserString.Length() == 0) {
-            UniqueHKey key;
-            if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Internet Explorer", 0, KEY_QUERY_VALUE,
-                              key.Put()) != ERROR_SUCCESS)
+            std::string version;
+            switch (config::ReadBrowserVersion(version)) {
+            case config::BrowserVersionRead::NoKey:
                 return E_FAIL;
-            char version[161] = {};
-            DWORD size = 160;
-            if (RegQueryValueExA(key.Get(), "Version", nullptr, nullptr, reinterpret_cast<BYTE*>(version), &size) !=
-                ERROR_SUCCESS) {
+            case config::BrowserVersionRead::NoValue:
                 scope.Write("RegQueryValueEx() failed", trace::kDetail);
                 return E_FAIL;
+            case config::BrowserVersionRead::Ok:
+                break;
             }
-            const std::string text = std::string("MSIE-") + version;
+            const std::string text = "MSIE-" + version;
             const int n = MultiByteToWideChar(CP_THREAD_ACP, 0, text.c_str(), -1, nullptr, 0);
             std::wstring wide(static_cast<size_t>(n > 0 ? n : 1), L'\0');
             MultiByteToWideChar(CP_THREAD_ACP, 0, text.c_str(), -1, wide.data(), n);

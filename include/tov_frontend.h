@@ -91,10 +91,34 @@ struct ITOVGUIControl : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE ForwardToGUIService(LONG lValue) = 0;                 // 5
 };
 
-// Reserved identities for the front end's remaining interfaces, fixed now so they never move:
-// ITOVGUITessarilControl      {D3E3CCB7-73B0-4811-9E0D-AC665C1F0EE5}
-// _ITOVDataProviderEvents     {8333F4D7-527A-4FAE-8460-8EEE42A1C37E}
-// (reserved, unused)          {C7F50AC2-2983-48F0-94A0-29E4A10DAD7C}
+// Personalisation: the front end's personalisation tool sets and resets control properties by name.
+// Positions 4, 6, 7 and 8 are passed on to the control unchanged.
+// {D3E3CCB7-73B0-4811-9E0D-AC665C1F0EE5}
+inline constexpr IID IID_ITOVGUITessarilControl = {0xd3e3ccb7, 0x73b0, 0x4811, {0x9e, 0x0d, 0xac, 0x66, 0x5c, 0x1f, 0x0e, 0xe5}};
+struct ITOVGUITessarilControl : IUnknown {
+    virtual HRESULT STDMETHODCALLTYPE SetTessarilProperty(LPCWSTR name, LPCWSTR value) = 0;                    // 3
+    virtual HRESULT STDMETHODCALLTYPE TessarilMethod4(LPCWSTR name, LONG kind, VARIANT* value, LONG* result) = 0; // 4
+    virtual HRESULT STDMETHODCALLTYPE ResetTessarilProperty() = 0;                                             // 5
+    virtual HRESULT STDMETHODCALLTYPE TessarilMethod6(LPCWSTR name) = 0;                                       // 6
+    virtual HRESULT STDMETHODCALLTYPE TessarilMethod7(LPCWSTR name, VARIANT* value) = 0;                       // 7
+    virtual HRESULT STDMETHODCALLTYPE TessarilMethod8(IUnknown* tool) = 0;                                     // 8
+};
+
+// Notifications of the front end's data provider to its controls. Positions 3, 5 and 6 carry
+// something to the control; 4, 7, 8 and 9 are answered at once.
+// {8333F4D7-527A-4FAE-8460-8EEE42A1C37E}
+inline constexpr IID IID__ITOVDataProviderEvents = {0x8333f4d7, 0x527a, 0x4fae, {0x84, 0x60, 0x8e, 0xee, 0x42, 0xa1, 0xc3, 0x7e}};
+struct _ITOVDataProviderEvents : IUnknown {
+    virtual HRESULT STDMETHODCALLTYPE DataEvent3(IUnknown* provider) = 0;                                      // 3
+    virtual HRESULT STDMETHODCALLTYPE DataEvent4(LONG value) = 0;                                              // 4
+    virtual HRESULT STDMETHODCALLTYPE DataEvent5(IUnknown* provider, LPCWSTR url, LONG kind, LONG value) = 0;  // 5
+    virtual HRESULT STDMETHODCALLTYPE DataEvent6(IUnknown* provider) = 0;                                      // 6
+    virtual HRESULT STDMETHODCALLTYPE DataEvent7(LONG value) = 0;                                              // 7
+    virtual HRESULT STDMETHODCALLTYPE DataEvent8(LONG value) = 0;                                              // 8
+    virtual HRESULT STDMETHODCALLTYPE DataEvent9(LONG value) = 0;                                              // 9
+};
+
+// Reserved, unused, fixed now so it never moves: {C7F50AC2-2983-48F0-94A0-29E4A10DAD7C}
 
 // ---- The front end's services (handed out by ITOVFrontendContainer::GetService) ---------------------
 // Slots the control never calls are placeholders that keep the positions; an implementation may leave

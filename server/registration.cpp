@@ -40,13 +40,36 @@ HRESULT RunRegistrationScript(bool bRegister) noexcept
     });
 }
 
+// True when the process asked the platform's ATL for per-user registration (AtlSetPerUserRegistration of
+// whichever ATL runtime it loaded that offers the switch).
+bool PerUserRegistrationRequested() noexcept
+{
+    using GetPerUser = HRESULT(WINAPI*)(bool*);
+    for (const wchar_t* dll : {L"atl110.dll", L"atl100.dll", L"atl90.dll", L"atl80.dll"}) {
+        HMODULE atl = GetModuleHandleW(dll);
+        auto get = atl ? reinterpret_cast<GetPerUser>(reinterpret_cast<void*>(GetProcAddress(atl, "AtlGetPerUserRegistration"))) : nullptr;
+        bool perUser = false;
+        if (get && SUCCEEDED(get(&perUser)) && perUser) return true;
+    }
+    return false;
+}
+
 HRESULT RegisterTypeLibrary() noexcept
 {
     return GuardedCall([&] {
         const std::wstring module = Module::FileName();
         ComPtr<ITypeLib> typeLib;
         ThrowIfFailed(LoadTypeLibEx(module.c_str(), REGKIND_NONE, typeLib.Put()));
-        return RegisterTypeLib(typeLib.Get(), const_cast<LPOLESTR>(module.c_str()), nullptr);
+        LPOLESTR path = const_cast<LPOLESTR>(module.c_str());
+        if (PerUserRegistrationRequested()) {
+            // Not in every import library: looked up where the platform has it.
+            using RegisterForUser = HRESULT(WINAPI*)(ITypeLib*, OLECHAR*, OLECHAR*);
+            HMODULE oleaut = GetModuleHandleW(L"oleaut32.dll");
+            auto forUser = oleaut ? reinterpret_cast<RegisterForUser>(reinterpret_cast<void*>(GetProcAddress(oleaut, "RegisterTypeLibForUser")))
+                                  : nullptr;
+            if (forUser) return forUser(typeLib.Get(), path, nullptr);
+        }
+        return RegisterTypeLib(typeLib.Get(), path, nullptr);
     });
 }
 

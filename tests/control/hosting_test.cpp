@@ -1,9 +1,9 @@
 // The control in a real container: the platform's ATL host creates it, activates it in place, resizes
 // it, connects a front-end sink, and releases everything when its window goes.
 #include "support/atl_host.h"
-#include <tlhelp32.h>
 #include "support/control_fixture.h"
 #include "support/event_sink.h"
+#include "support/process_state.h"
 #include "framework/bstr.h"
 
 extern "C" HRESULT WINAPI AtlAdvise(IUnknown* pUnkCP, IUnknown* pUnk, const IID& iid, LPDWORD pdw);
@@ -13,25 +13,6 @@ using namespace tovtest;
 
 namespace {
 
-int ThreadCount()
-{
-    HANDLE snap = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 te{sizeof(te)};
-    int n = 0;
-    for (BOOL ok = Thread32First(snap, &te); ok; ok = Thread32Next(snap, &te))
-        if (te.th32OwnerProcessID == GetCurrentProcessId()) ++n;
-    CloseHandle(snap);
-    return n;
-}
-
-int ThreadWindowCount()
-{
-    int n = 0;
-    EnumThreadWindows(GetCurrentThreadId(), [](HWND, LPARAM p) { ++*reinterpret_cast<int*>(p); return TRUE; },
-                      reinterpret_cast<LPARAM>(&n));
-    return n;
-}
-
 HWND WindowOf(IUnknown* control)
 {
     ComPtr<IOleWindow> w;
@@ -39,21 +20,6 @@ HWND WindowOf(IUnknown* control)
     if (SUCCEEDED(control->QueryInterface(IID_IOleWindow, w.PutVoid()))) w->GetWindow(&hwnd);
     return hwnd;
 }
-
-// Makes the OCX's class object known to COM in this process, as registration would.
-class ClassRegistration {
-public:
-    explicit ClassRegistration(const Ocx& ocx)
-    {
-        ComPtr<IUnknown> factory;
-        ocx.GetClassObject(CLSID_TOVHTMLControl, IID_IUnknown, factory.PutVoid());
-        CoRegisterClassObject(CLSID_TOVHTMLControl, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &m_cookie);
-    }
-    ~ClassRegistration() { CoRevokeClassObject(m_cookie); }
-
-private:
-    DWORD m_cookie = 0;
-};
 
 } // namespace
 
@@ -63,7 +29,7 @@ TEST(Hosting, AtlContainerActivatesResizesConnectsAndReleases)
     const int windowsBefore = ThreadWindowCount();
     HWND controlWindow = nullptr;
     {
-        ClassRegistration registration(ocx);
+        OcxClassRegistration registration(ocx);
         AtlHost host(320, 240);
         ComPtr<IUnknown> unknown;
         ASSERT_EQ(S_OK, host.Create(L"{B650592E-C92E-4739-8B43-8FB7CCF89466}", unknown.Put()));

@@ -2,18 +2,23 @@
 #include <gtest/gtest.h>
 #include "guicontrol/registry_config.h"
 #include "support/registry_helpers.h"
+#include <shlwapi.h>
+#include <string>
 
 namespace {
 
 const wchar_t kAdminKey[] = L"Software\\Classes\\TOVHTTPPROXY\\admin";
 const wchar_t kOutputKey[] = L"Software\\Classes\\TOV.HTMLControl\\EnableOutputFile";
+const wchar_t kGeneralKey[] = L"Software\\TOV\\General";
+const wchar_t kBrowserKey[] = L"Software\\Microsoft\\Internet Explorer";
 
 void SetValue(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type, const void* data, DWORD size)
 {
     HKEY key = nullptr;
     ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(root, path, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
-    if (data) ASSERT_EQ(ERROR_SUCCESS, RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size));
+    const LONG set = data ? RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size) : ERROR_SUCCESS;
     RegCloseKey(key);
+    ASSERT_EQ(ERROR_SUCCESS, set);
 }
 
 class RegistryConfig : public testing::Test {
@@ -22,6 +27,16 @@ protected:
     {
         tovtest::DeleteTree(HKEY_CURRENT_USER, L"Software\\Classes\\TOVHTTPPROXY");
         tovtest::DeleteTree(HKEY_LOCAL_MACHINE, L"Software\\Classes\\TOV.HTMLControl");
+        ClearPluginSwitch();
+    }
+    // The machine key may hold other components' keys: only the value goes.
+    static void ClearPluginSwitch()
+    {
+        tovtest::DeleteTree(HKEY_CURRENT_USER, kGeneralKey);
+        SHDeleteValueW(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin");
+        SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, kGeneralKey);
+        SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, L"Software\\TOV");
+        SHDeleteEmptyKeyW(HKEY_CURRENT_USER, L"Software\\TOV");
     }
 };
 
@@ -70,4 +85,70 @@ TEST_F(RegistryConfig, OutputSwitchReadsFourBytesOfAnyType)
     value = 9;
     tov::config::ReadEnableOutputFile(value);
     EXPECT_EQ(0, value);
+}
+
+TEST_F(RegistryConfig, PluginSwitchPrefersTheUsersReadableValue)
+{
+    const DWORD zero = 0, one = 1, two = 2;
+    ClearPluginSwitch();
+    EXPECT_FALSE(tov::config::ReadControlPluginSwitch()) << "no key anywhere";
+    // Neither key opened: the user's key was made, as a volatile one.
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CURRENT_USER, kGeneralKey, 0, KEY_READ, &key));
+    RegCloseKey(key);
+    EXPECT_EQ(ERROR_CHILD_MUST_BE_VOLATILE,
+              RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General\\Child", 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr))
+        << "only a volatile key refuses a lasting child";
+
+    ClearPluginSwitch();
+    SetValue(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, &one, 4);
+    EXPECT_TRUE(tov::config::ReadControlPluginSwitch()) << "the machine's value alone";
+    EXPECT_FALSE(tovtest::KeyExists(HKEY_CURRENT_USER, kGeneralKey)) << "the machine key opened: nothing created";
+
+    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, &zero, 4);
+    EXPECT_FALSE(tov::config::ReadControlPluginSwitch()) << "the user's 0 wins over the machine's 1";
+
+    // The user's key without the value: the machine's value is read.
+    tovtest::DeleteTree(HKEY_CURRENT_USER, kGeneralKey);
+    SetValue(HKEY_CURRENT_USER, kGeneralKey, nullptr, REG_DWORD, nullptr, 0);
+    EXPECT_TRUE(tov::config::ReadControlPluginSwitch());
+
+    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, &two, 4);
+    EXPECT_FALSE(tov::config::ReadControlPluginSwitch()) << "on only for exactly 1";
+    // The type is not looked at: four bytes holding 1 switch it on.
+    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_BINARY, &one, 4);
+    EXPECT_TRUE(tov::config::ReadControlPluginSwitch());
+    // Data that does not fit four bytes cannot be read: the machine's value decides.
+    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_SZ, L"1234", 10);
+    EXPECT_TRUE(tov::config::ReadControlPluginSwitch());
+    SHDeleteValueW(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin");
+    EXPECT_FALSE(tov::config::ReadControlPluginSwitch());
+}
+
+TEST_F(RegistryConfig, BrowserVersionIsReadIntoOneHundredSixtyBytes)
+{
+    // The prefix's own version is put back afterwards.
+    const auto saved = tovtest::ReadString(HKEY_LOCAL_MACHINE, kBrowserKey, L"Version");
+    std::string version = "unchanged";
+
+    SetValue(HKEY_LOCAL_MACHINE, kBrowserKey, L"Version", REG_SZ, L"11.0.9600", 20);
+    EXPECT_EQ(tov::config::BrowserVersionRead::Ok, tov::config::ReadBrowserVersion(version));
+    EXPECT_EQ("11.0.9600", version);
+
+    const std::string longest(159, '7');
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_LOCAL_MACHINE, kBrowserKey, 0, KEY_WRITE, &key));
+    RegSetValueExA(key, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(longest.c_str()), 160);
+    EXPECT_EQ(tov::config::BrowserVersionRead::Ok, tov::config::ReadBrowserVersion(version));
+    EXPECT_EQ(longest, version);
+    const std::string tooLong(160, '7');
+    RegSetValueExA(key, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(tooLong.c_str()), 161);
+    version = "unchanged";
+    EXPECT_EQ(tov::config::BrowserVersionRead::NoValue, tov::config::ReadBrowserVersion(version));
+    EXPECT_EQ("unchanged", version);
+    RegDeleteValueW(key, L"Version");
+    EXPECT_EQ(tov::config::BrowserVersionRead::NoValue, tov::config::ReadBrowserVersion(version));
+    if (saved) RegSetValueExW(key, L"Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(saved->c_str()),
+                              static_cast<DWORD>((saved->size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
 }

@@ -4,8 +4,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
 #include <vector>
 #include "support/ocx.h"
+#include "support/import_hook.h"
 #include "support/registry_helpers.h"
 
 using namespace tovtest;
@@ -160,4 +162,51 @@ TEST_F(Registration, DamagedCopiesFailCleanly)
         DeleteFileW(file.c_str());
     }
     EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, kClassKey));
+}
+
+namespace {
+int g_perUserRegistrations = 0;
+HRESULT WINAPI CountRegisterTypeLibForUser(ITypeLib*, OLECHAR*, OLECHAR*)
+{
+    ++g_perUserRegistrations;
+    return S_OK;
+}
+// The process's per-user switch as the ATL runtime keeps it (Wine's runtime only stubs it).
+bool g_perUserAsked = false;
+HRESULT WINAPI FakeAtlGetPerUserRegistration(bool* perUser)
+{
+    *perUser = g_perUserAsked;
+    return S_OK;
+}
+// The OCX finds both functions at run time: hand it the fakes.
+FARPROC WINAPI LookUp(HMODULE module, LPCSTR name)
+{
+    if (HIWORD(reinterpret_cast<ULONG_PTR>(name))) {
+        if (std::string(name) == "RegisterTypeLibForUser")
+            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CountRegisterTypeLibForUser));
+        if (std::string(name) == "AtlGetPerUserRegistration")
+            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&FakeAtlGetPerUserRegistration));
+    }
+    return GetProcAddress(module, name);
+}
+} // namespace
+
+TEST_F(Registration, TypeLibraryPerUserOnlyWhenTheProcessAsksForIt)
+{
+    Ocx ocx;
+    tovtest::ImportHook hook(ocx.Handle(), "kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(&LookUp));
+    ASSERT_TRUE(hook.Installed());
+    HMODULE atl = LoadLibraryW(L"atl100.dll");
+    ASSERT_NE(nullptr, atl);
+    g_perUserRegistrations = 0;
+    g_perUserAsked = false;
+    EXPECT_EQ(S_OK, ocx.Register());
+    EXPECT_EQ(0, g_perUserRegistrations) << "machine-wide by default";
+
+    g_perUserAsked = true;
+    EXPECT_EQ(S_OK, ocx.Register());
+    EXPECT_EQ(1, g_perUserRegistrations) << "the process asked for per-user registration";
+    g_perUserAsked = false;
+    FreeLibrary(atl);
+    EXPECT_EQ(S_OK, ocx.Unregister());
 }

@@ -1,35 +1,8 @@
 #pragma once
-// A real ActiveX container for tests: the platform's ATL host window ("AtlAxWin") inside a top-level
-// window of the test, holding a control made by the test.
-#include <windows.h>
-#include "framework/com_ptr.h"
+// Tests host the control in the same real container the demo uses.
+#include "frontend/container_window.h"
 
 namespace tovtest {
-
-class AtlHost {
-public:
-    AtlHost(int width = 400, int height = 300);
-    ~AtlHost();
-    AtlHost(const AtlHost&) = delete;
-    AtlHost& operator=(const AtlHost&) = delete;
-
-    // Puts the control into the host window; the host activates it in place.
-    HRESULT Attach(IUnknown* control);
-    // Creates a control by ProgID or class text inside the host window.
-    HRESULT Create(const wchar_t* progId, IUnknown** ppControl);
-    void Resize(int width, int height);
-    // Destroys the host window: the container closes and releases the control.
-    void Destroy();
-
-    HWND Frame() const { return m_frame; }
-    HWND HostWindow() const { return m_host; }
-
-private:
-    HWND m_frame = nullptr;
-    HWND m_host = nullptr;
-};
-
-// Handles pending window messages of this thread.
-void PumpMessages();
-
+using AtlHost = tovfe::ContainerWindow;
+using tovfe::PumpMessages;
 } // namespace tovtest

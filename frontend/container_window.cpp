@@ -1,4 +1,4 @@
-#include "support/atl_host.h"
+#include "frontend/container_window.h"
 
 extern "C" {
 BOOL WINAPI AtlAxWinInit();
@@ -7,7 +7,7 @@ HRESULT WINAPI AtlAxCreateControl(LPCOLESTR lpszName, HWND hWnd, IStream* pStrea
 HRESULT WINAPI AtlAxGetControl(HWND hWnd, IUnknown** pp);
 }
 
-namespace tovtest {
+namespace tovfe {
 
 void PumpMessages()
 {
@@ -18,10 +18,10 @@ void PumpMessages()
     }
 }
 
-AtlHost::AtlHost(int width, int height)
+ContainerWindow::ContainerWindow(int width, int height)
 {
     AtlAxWinInit();
-    m_frame = CreateWindowExW(0, L"Static", L"test frame", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, width + 40,
+    m_frame = CreateWindowExW(0, L"Static", L"TOVHTML container", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, width + 40,
                               height + 60, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
     m_host = CreateWindowExW(0, L"AtlAxWin", nullptr, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, width, height,
                              m_frame, nullptr, GetModuleHandleW(nullptr), nullptr);
@@ -29,9 +29,9 @@ AtlHost::AtlHost(int width, int height)
     PumpMessages();
 }
 
-AtlHost::~AtlHost() { Destroy(); }
+ContainerWindow::~ContainerWindow() { Destroy(); }
 
-HRESULT AtlHost::Attach(IUnknown* control)
+HRESULT ContainerWindow::Attach(IUnknown* control)
 {
     if (!m_host) return E_FAIL;
     tov::ComPtr<IUnknown> container;
@@ -40,7 +40,7 @@ HRESULT AtlHost::Attach(IUnknown* control)
     return hr;
 }
 
-HRESULT AtlHost::Create(const wchar_t* progId, IUnknown** ppControl)
+HRESULT ContainerWindow::Create(const wchar_t* progId, IUnknown** ppControl)
 {
     if (!m_host) return E_FAIL;
     tov::ComPtr<IUnknown> container;
@@ -50,17 +50,17 @@ HRESULT AtlHost::Create(const wchar_t* progId, IUnknown** ppControl)
     return hr;
 }
 
-void AtlHost::Resize(int width, int height)
+void ContainerWindow::Resize(int width, int height)
 {
     MoveWindow(m_host, 0, 0, width, height, TRUE);
     PumpMessages();
 }
 
-void AtlHost::Destroy()
+void ContainerWindow::Destroy()
 {
     if (m_frame) DestroyWindow(m_frame);
     m_frame = m_host = nullptr;
     PumpMessages();
 }
 
-} // namespace tovtest
+} // namespace tovfe

@@ -1,0 +1,208 @@
+#include "frontend/demo_session.h"
+#include <ocidl.h>
+#include <cstdio>
+#include <functional>
+#include <set>
+#include "TOVHTML_h.h"
+#include "frontend/class_registration.h"
+#include "frontend/container_window.h"
+#include "frontend/data_provider_standin.h"
+#include "frontend/event_printer.h"
+#include "frontend/frontend_container.h"
+#include "frontend/gui_service_standin.h"
+#include "frontend/scripted_browser.h"
+#include "framework/bstr.h"
+
+using tov::Bstr;
+using tov::ComPtr;
+
+namespace tovfe {
+namespace {
+
+constexpr wchar_t kAppUrl[] = L"http://demo.invalid/app/";
+
+std::set<std::wstring> TempFiles()
+{
+    wchar_t folder[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, folder);
+    std::set<std::wstring> files;
+    WIN32_FIND_DATAW found;
+    HANDLE h = FindFirstFileW((std::wstring(folder) + L"*").c_str(), &found);
+    if (h == INVALID_HANDLE_VALUE) return files;
+    do {
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) files.insert(found.cFileName);
+    } while (FindNextFileW(h, &found));
+    FindClose(h);
+    return files;
+}
+
+class Session {
+public:
+    explicit Session(const std::wstring& samples) : m_host(720, 480)
+    {
+        DataStore::Instance().ServeFolder(samples, kAppUrl);
+        MakeFrontend(m_container, m_trace);
+        m_services = AddGUIServices(*m_container.Get(), 1252, L"EN");
+        m_tempBefore = TempFiles();
+    }
+
+    bool Start()
+    {
+        if (FAILED(m_browsers.Register())) return Fail("the scripted browser could not be registered");
+        ComPtr<IUnknown> unk;
+        HRESULT hr = m_host.Create(L"TOV.HTMLIEControl", unk.Put());
+        if (FAILED(hr) || !unk) return Fail("the container could not create TOV.HTMLIEControl (is it registered?)", hr);
+        unk->QueryInterface(IID_ITOVHTMLControl, m_control.PutVoid());
+        if (!m_control) return Fail("the control does not answer ITOVHTMLControl");
+        std::printf("The container window holds the control, created by its ProgID TOV.HTMLIEControl.\n");
+
+        ComPtr<ITOVGUIControl> gui;
+        if (SUCCEEDED(unk->QueryInterface(IID_ITOVGUIControl, gui.PutVoid()))) gui->SetContainer(m_container.Get());
+        ConnectEvents(unk.Get());
+
+        LONG code = -1;
+        m_control->InitControl(&code);
+        Report("InitControl", code);
+        Bstr prefix(kAppUrl);
+        m_control->put_URLPrefixLocal(prefix.Get());
+        return code == 0;
+    }
+
+    // Runs one step: prints its title, the return code, then what the browser, the front end and the
+    // temporary folder saw.
+    void Step(const char* title, const std::function<LONG()>& action)
+    {
+        std::printf("\n== %s\n", title);
+        const LONG code = action();
+        Report(nullptr, code);
+    }
+
+    ITOVHTMLControl* Control() const { return m_control.Get(); }
+    ScriptedBrowser* Browser() const { return m_browsers.Last(); }
+
+    void Finish()
+    {
+        std::printf("\n== the front end closes its window: the container releases the control\n");
+        if (m_cookie && m_point) m_point->Unadvise(m_cookie);
+        m_point.Reset();
+        m_control.Reset();
+        m_host.Destroy();
+        PrintBrowserCalls();
+        const auto left = NewTempFiles();
+        std::printf("  temporary files left: %zu%s\n", left.size(), left.empty() ? "" : " (output copies)");
+        for (const auto& f : left) std::printf("    %ls\n", f.c_str());
+        if (!m_made.empty()) std::printf("  temporary files made and deleted again: %zu\n", m_made.size());
+    }
+
+private:
+    bool Fail(const char* what, HRESULT hr = E_FAIL)
+    {
+        std::printf("demo: %s (0x%08lx)\n", what, static_cast<unsigned long>(hr));
+        return false;
+    }
+
+    void ConnectEvents(IUnknown* unk)
+    {
+        ComPtr<IProvideClassInfo> info;
+        ComPtr<ITypeInfo> coclass, events;
+        ComPtr<ITypeLib> lib;
+        UINT index = 0;
+        if (SUCCEEDED(unk->QueryInterface(IID_IProvideClassInfo, info.PutVoid())) && SUCCEEDED(info->GetClassInfo(coclass.Put())) &&
+            SUCCEEDED(coclass->GetContainingTypeLib(lib.Put(), &index)))
+            lib->GetTypeInfoOfGuid(DIID__TOVHTMLControlEvents, events.Put());
+        m_printer = EventPrinter::Create(events.Get());
+        ComPtr<IConnectionPointContainer> cpc;
+        if (SUCCEEDED(unk->QueryInterface(IID_IConnectionPointContainer, cpc.PutVoid())) &&
+            SUCCEEDED(cpc->FindConnectionPoint(DIID__TOVHTMLControlEvents, m_point.Put())))
+            m_point->Advise(static_cast<IDispatch*>(m_printer.Get()), &m_cookie);
+        std::printf("The front end listens to the control's events (cookie %lu).\n", static_cast<unsigned long>(m_cookie));
+    }
+
+    void Report(const char* what, LONG code)
+    {
+        PumpMessages();
+        if (what) std::printf("\n== %s\n", what);
+        std::printf("  return code %ld\n", static_cast<long>(code));
+        PrintBrowserCalls();
+        for (const auto& f : NewTempFiles()) {
+            if (m_made.insert(f).second) std::printf("  temporary file made: %ls\n", f.c_str());
+        }
+    }
+
+    void PrintBrowserCalls()
+    {
+        const auto texts = m_browsers.Log().Texts();
+        for (size_t i = m_shownCalls; i < texts.size(); ++i) {
+            std::wstring t = texts[i];
+            if (t.size() > 160) t = t.substr(0, 100) + L" ... " + t.substr(t.size() - 50);
+            std::printf("  browser: %ls\n", t.c_str());
+        }
+        m_shownCalls = texts.size();
+    }
+
+    std::set<std::wstring> NewTempFiles() const
+    {
+        std::set<std::wstring> now;
+        for (const auto& f : TempFiles())
+            if (!m_tempBefore.count(f)) now.insert(f);
+        return now;
+    }
+
+    ScriptedBrowserClass m_browsers;
+    DataProviderRegistration m_provider;
+    ContainerWindow m_host;
+    ComPtr<FrontendContainer> m_container;
+    ComPtr<TraceSinkStandIn> m_trace;
+    GUIServices m_services;
+    ComPtr<ITOVHTMLControl> m_control;
+    ComPtr<EventPrinter> m_printer;
+    ComPtr<IConnectionPoint> m_point;
+    DWORD m_cookie = 0;
+    size_t m_shownCalls = 0;
+    std::set<std::wstring> m_tempBefore;
+    std::set<std::wstring> m_made;
+};
+
+LONG Checked(HRESULT hr, LONG code)
+{
+    if (FAILED(hr)) std::printf("  HRESULT 0x%08lx\n", static_cast<unsigned long>(hr));
+    return code;
+}
+
+} // namespace
+
+int RunDemoSession(const std::wstring& samples)
+{
+    Session s(samples);
+    if (!s.Start()) return 1;
+    ITOVHTMLControl* c = s.Control();
+
+    s.Step("ShowData(\"form.htm\"): an HTML page from the data provider", [&] {
+        Bstr url(L"form.htm");
+        LONG code = -1;
+        const HRESULT hr = c->ShowData(url.Get(), nullptr, 1, &code);
+        return Checked(hr, code);
+    });
+    s.Step("ShowData(\"picture.gif\"): other data goes through a temporary file", [&] {
+        Bstr url(L"picture.gif");
+        LONG code = -1;
+        const HRESULT hr = c->ShowData(url.Get(), nullptr, 1, &code);
+        return Checked(hr, code);
+    });
+    s.Step("ShowURL(\"http://www.example.invalid/news.htm\"): an ordinary URL", [&] {
+        Bstr url(L"http://www.example.invalid/news.htm");
+        LONG code = -1;
+        const HRESULT hr = c->ShowURL(url.Get(), nullptr, &code);
+        return Checked(hr, code);
+    });
+    s.Step("ShowURLInDetachedBrowser(\"http://www.example.invalid/help.htm\", 0): a separate window", [&] {
+        Bstr url(L"http://www.example.invalid/help.htm");
+        LONG code = -1;
+        const HRESULT hr = c->ShowURLInDetachedBrowser(url.Get(), 0, &code);
+        return Checked(hr, code);
+    });
+    s.Finish();
+    return 0;
+}
+
+} // namespace tovfe

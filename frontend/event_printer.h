@@ -1,0 +1,37 @@
+#pragma once
+// The demo front end's sink for the control's events: names each event and its arguments from the
+// control's type library and prints them, one event per block.
+#include <windows.h>
+#include <oaidl.h>
+#include <string>
+#include <vector>
+#include "framework/com_ptr.h"
+#include "framework/object_root.h"
+
+namespace tovfe {
+
+class EventPrinter final : public tov::ObjectRoot, public IDispatch {
+public:
+    static tov::ComPtr<EventPrinter> Create(ITypeInfo* events);
+
+    TOV_IUNKNOWN_DELEGATING
+    void* FindInterface(REFIID riid) noexcept override;
+    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { if (pp) *pp = nullptr; return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override;
+
+    // Every event printed so far, as "Name" texts.
+    const std::vector<std::wstring>& Names() const { return m_names; }
+
+private:
+    friend class tov::ObjectRoot;
+    EventPrinter() = default;
+    tov::ComPtr<ITypeInfo> m_events;
+    std::vector<std::wstring> m_names;
+};
+
+// Text for a person: strings in quotes (long ones shortened in the middle), "null", numbers as they are.
+std::wstring DisplayText(const VARIANT& v, size_t maxChars = 120);
+
+} // namespace tovfe

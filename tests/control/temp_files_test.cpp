@@ -1,0 +1,274 @@
+// Provider data that is not HTML goes through temporary files: where the provider is asked, how the
+// file is named, that every file made is deleted again (once retried), output copies, and the trace
+// text of each provider failure.
+#include <shlwapi.h>
+#include <algorithm>
+#include "support/atl_host.h"
+#include "support/control_fixture.h"
+#include "support/import_hook.h"
+#include "support/registry_helpers.h"
+#include "frontend/data_provider_standin.h"
+#include "frontend/scripted_browser.h"
+#include "framework/bstr.h"
+
+using tov::Bstr;
+using tovfe::DataStore;
+using tovtest::ControlFixture;
+
+namespace {
+
+std::vector<std::string> g_deleted;
+BOOL WINAPI RecordDeleteFileA(LPCSTR path)
+{
+    g_deleted.push_back(path ? path : "");
+    return DeleteFileA(path);
+}
+
+bool EndsWith(const std::wstring& s, const std::wstring& tail)
+{
+    return s.size() >= tail.size() && s.compare(s.size() - tail.size(), tail.size(), tail) == 0;
+}
+
+std::wstring TempFolder()
+{
+    wchar_t buffer[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, buffer);
+    return buffer;
+}
+
+bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+} // namespace
+
+class TempFiles : public ControlFixture {
+protected:
+    void SetUp() override
+    {
+        ControlFixture::SetUp();
+        DataStore::Instance().Clear();
+        ASSERT_EQ(S_OK, browsers.Register());
+        ASSERT_EQ(S_OK, host.Attach(control.Get()));
+        Connect(2);
+        LONG code = -1;
+        control->InitControl(&code);
+        ASSERT_EQ(0, code);
+        browser = browsers.Last();
+        ASSERT_NE(nullptr, browser);
+        Bstr prefix(L"http://srv/app/");
+        ASSERT_EQ(S_OK, control->put_URLPrefixLocal(prefix.Get()));
+    }
+    void TearDown() override
+    {
+        host.Destroy();
+        ControlFixture::TearDown();
+        DataStore::Instance().Clear();
+    }
+
+    LONG Show(const wchar_t* url, LONG local = 1)
+    {
+        browser->Log().Clear();
+        ClearLines();
+        DataStore::Instance().calls.clear();
+        Bstr b(url);
+        LONG code = -1;
+        EXPECT_EQ(S_OK, control->ShowData(b.Get(), nullptr, local, &code));
+        return code;
+    }
+    // The URL of the last Navigate the browser received, empty when there was none.
+    std::wstring Navigated() const
+    {
+        const auto& calls = browser->Log().Calls();
+        auto it = std::find_if(calls.rbegin(), calls.rend(), [](const tovfe::Call& c) { return c.name == L"Navigate"; });
+        return it == calls.rend() ? std::wstring() : it->args.at(0);
+    }
+    bool Traced(const std::string& text) const
+    {
+        const auto lines = Lines();
+        return std::any_of(lines.begin(), lines.end(), [&](const std::string& l) { return l.find(text) != std::string::npos; });
+    }
+    bool ProviderAskedFor(const std::wstring& url) const
+    {
+        const auto& calls = DataStore::Instance().calls;
+        return std::find(calls.begin(), calls.end(), L"SetDataFromURL(, , " + url + L")") != calls.end();
+    }
+    // Releases the control the way its container does; its temporary files go with it.
+    void ReleaseControl()
+    {
+        host.Destroy();
+        control.Reset();
+    }
+
+    tovfe::ScriptedBrowserClass browsers;
+    tovfe::DataProviderRegistration provider;
+    tovtest::AtlHost host;
+    tovfe::ScriptedBrowser* browser = nullptr;
+};
+
+TEST_F(TempFiles, FileNamesAndWhereTheProviderIsAsked)
+{
+    auto& store = DataStore::Instance();
+    store.Put(L"http://srv/app/page.htm", "GIF89a-page", L"gif");
+    EXPECT_EQ(0, Show(L"page.htm#top"));
+    std::wstring path = Navigated();
+    EXPECT_TRUE(ProviderAskedFor(L"http://srv/app/page.htm"));
+    EXPECT_TRUE(EndsWith(path, L"page.htm#top")) << path;
+    EXPECT_EQ(0, path.compare(0, TempFolder().size(), TempFolder())) << "made in the temporary folder: " << path;
+    EXPECT_TRUE(FileExists(path));
+
+    // Data URLs are passed to the provider as they stand, whatever the letter case of their scheme.
+    for (const wchar_t* url : {L"TOVQ5:/a/b/Picture%20one.gif", L"tovq5:/a/b/Picture%20one.gif"}) {
+        SCOPED_TRACE(testing::Message() << "url " << url);
+        store.Put(url, "GIF89a-picture", L"gif");
+        EXPECT_EQ(0, Show(url));
+        EXPECT_TRUE(ProviderAskedFor(url));
+        path = Navigated();
+        EXPECT_TRUE(EndsWith(path, L"Picture one.gif")) << path;
+        EXPECT_TRUE(FileExists(path));
+    }
+
+    store.Put(L"http://srv/app/a%3Db.txt", "a=b", L"plain");
+    EXPECT_EQ(0, Show(L"a%3Db.txt"));
+    EXPECT_TRUE(EndsWith(Navigated(), L"a%3Db.txt")) << Navigated();
+}
+
+TEST_F(TempFiles, TheSameUrlTwiceMakesTwoFilesAndBothAreDeleted)
+{
+    DataStore::Instance().Put(L"http://srv/app/pic.gif", "GIF89a", L"gif");
+    ASSERT_EQ(0, Show(L"pic.gif"));
+    const std::wstring first = Navigated();
+    ASSERT_EQ(0, Show(L"pic.gif"));
+    const std::wstring second = Navigated();
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(FileExists(first));
+    EXPECT_TRUE(FileExists(second));
+    EXPECT_EQ("GIF89a", [&] {
+        std::string bytes(6, '\0');
+        HANDLE h = CreateFileW(second.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+        DWORD read = 0;
+        if (h != INVALID_HANDLE_VALUE) {
+            ReadFile(h, bytes.data(), 6, &read, nullptr);
+            CloseHandle(h);
+        }
+        return bytes.substr(0, read);
+    }());
+
+    ReleaseControl();
+    EXPECT_FALSE(FileExists(first));
+    EXPECT_FALSE(FileExists(second));
+}
+
+TEST_F(TempFiles, AFileHeldOpenIsTriedTwiceAndAGoneFileOnce)
+{
+    DataStore::Instance().Put(L"http://srv/app/held.gif", "GIF89a", L"gif");
+    DataStore::Instance().Put(L"http://srv/app/gone.gif", "GIF89a", L"gif");
+    ASSERT_EQ(0, Show(L"held.gif"));
+    const std::wstring held = Navigated();
+    ASSERT_EQ(0, Show(L"gone.gif"));
+    const std::wstring gone = Navigated();
+    ASSERT_TRUE(DeleteFileW(gone.c_str()));
+    HANDLE h = CreateFileW(held.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, h);
+
+    g_deleted.clear();
+    {
+        tovtest::ImportHook hook(ocx.Handle(), "kernel32.dll", "DeleteFileA", reinterpret_cast<void*>(&RecordDeleteFileA));
+        ASSERT_TRUE(hook.Installed());
+        ReleaseControl();
+    }
+    CloseHandle(h);
+    auto count = [](const std::wstring& path) {
+        return std::count_if(g_deleted.begin(), g_deleted.end(), [&](const std::string& p) {
+            return std::wstring(p.begin(), p.end()) == path;
+        });
+    };
+    EXPECT_EQ(2, count(held)) << "one retry for a file that could not be deleted";
+    EXPECT_EQ(1, count(gone)) << "no retry for a file that is already gone";
+    EXPECT_TRUE(FileExists(held));
+    DeleteFileW(held.c_str());
+}
+
+TEST_F(TempFiles, EachProviderFailureHasItsTraceTextAndNoFile)
+{
+    struct Case {
+        const wchar_t* failing;
+        const char* text;
+    };
+    const Case cases[] = {
+        {L"create", "GetDataSubtype: CoCreateInstance failed"},
+        {L"SetDataFromURL", "GetDataSubtype: pDPShowData->SetDataFromURL() failed"},
+        {L"GetDataAsFormat", "GetDataSubtype: pDPShowData->GetDataAsFormat() failed"},
+        {L"get_SubType", "GetDataSubtype: pFormat->get_SubType() failed"},
+        {L"SaveDataToFile", "pDPShowData->SaveDataToFile() failed"},
+    };
+    auto& store = DataStore::Instance();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "failing " << c.failing);
+        store.Clear();
+        store.Put(L"http://srv/app/pic.gif", "GIF89a", L"gif");
+        if (std::wstring(c.failing) == L"create") store.creationResult = REGDB_E_CLASSNOTREG;
+        else store.failures[c.failing] = E_FAIL;
+        EXPECT_EQ(5, Show(L"pic.gif"));
+        EXPECT_TRUE(Traced(c.text));
+        EXPECT_EQ(std::wstring::npos, Navigated().find(L"pic.gif")) << "no file was shown";
+    }
+
+    // HTML whose stream cannot be read: no charset found, still shown.
+    store.Clear();
+    store.Put(L"http://srv/app/page.htm", "<meta charset=utf-8>", L"html");
+    store.failures[L"GetDataAsStream"] = E_FAIL;
+    EXPECT_EQ(0, Show(L"page.htm"));
+    EXPECT_TRUE(Traced("Meta Tag Found: 0"));
+}
+
+TEST_F(TempFiles, MalformedNamesStayInsideTheTemporaryFolder)
+{
+    auto& store = DataStore::Instance();
+    const wchar_t* urls[] = {L"TOVQ5:", L"TOVQ5:nothing-after-the-scheme", L"..%5C..%5Cevil.gif", L"%00.gif",
+                             L"a%3A%2A%3F%22%3C%3E%7C.gif"};
+    int files = 0;
+    for (const wchar_t* url : urls) {
+        SCOPED_TRACE(testing::Message() << "url " << url);
+        store.Put(url, "x", L"gif");
+        store.Put(std::wstring(L"http://srv/app/") + url, "x", L"gif");
+        Show(url);
+        const std::wstring path = Navigated();
+        if (path.empty() || path.rfind(L"about:", 0) == 0) continue;
+        ++files;
+        const std::wstring folder = TempFolder();
+        ASSERT_EQ(0, path.compare(0, folder.size(), folder)) << path;
+        EXPECT_EQ(std::wstring::npos, path.find(L'\\', folder.size())) << "no sub-folder: " << path;
+        EXPECT_EQ(std::wstring::npos, path.find(L"..\\")) << path;
+    }
+    EXPECT_GE(files, 3) << "most of these names still give a file";
+}
+
+class OutputCopies : public TempFiles {
+protected:
+    void SetUp() override
+    {
+        HKEY key = nullptr;
+        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
+        const DWORD one = 1;
+        RegSetValueExW(key, nullptr, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&one), sizeof(one));
+        RegCloseKey(key);
+        TempFiles::SetUp();
+    }
+    void TearDown() override
+    {
+        TempFiles::TearDown();
+        tovtest::DeleteTree(HKEY_LOCAL_MACHINE, kKey);
+    }
+    static constexpr const wchar_t* kKey = L"Software\\Classes\\TOV.HTMLControl\\EnableOutputFile";
+};
+
+TEST_F(OutputCopies, AreWrittenBesideTheTemporaryFilesAndOutliveTheControl)
+{
+    DataStore::Instance().Put(L"http://srv/app/page.htm", "<html>copy</html>", L"html");
+    const std::wstring output = TempFolder() + L"Outputpage.htm";
+    DeleteFileW(output.c_str());
+    EXPECT_EQ(0, Show(L"page.htm#part"));
+    EXPECT_TRUE(FileExists(output));
+    ReleaseControl();
+    EXPECT_TRUE(FileExists(output)) << "output copies are never deleted by the control";
+    DeleteFileW(output.c_str());
+}

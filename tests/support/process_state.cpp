@@ -1,0 +1,100 @@
+#include "support/process_state.h"
+#include <tlhelp32.h>
+#include "framework/com_ptr.h"
+
+namespace tovtest {
+
+int ThreadCount()
+{
+    HANDLE snap = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 te{sizeof(te)};
+    int n = 0;
+    for (BOOL ok = Thread32First(snap, &te); ok; ok = Thread32Next(snap, &te))
+        if (te.th32OwnerProcessID == GetCurrentProcessId()) ++n;
+    CloseHandle(snap);
+    return n;
+}
+
+int ThreadWindowCount()
+{
+    int n = 0;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND top, LPARAM p) {
+            ++*reinterpret_cast<int*>(p);
+            EnumChildWindows(top, [](HWND, LPARAM q) { ++*reinterpret_cast<int*>(q); return TRUE; }, p);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&n));
+    return n;
+}
+
+std::set<std::wstring> TempFolderFiles()
+{
+    wchar_t folder[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, folder);
+    std::set<std::wstring> files;
+    WIN32_FIND_DATAW found;
+    HANDLE h = FindFirstFileW((std::wstring(folder) + L"*").c_str(), &found);
+    if (h == INVALID_HANDLE_VALUE) return files;
+    do {
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) files.insert(found.cFileName);
+    } while (FindNextFileW(h, &found));
+    FindClose(h);
+    return files;
+}
+
+namespace {
+
+DWORD NextHandleIndex()
+{
+    HANDLE h = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    const DWORD index = static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(h) >> 2);
+    CloseHandle(h);
+    return index;
+}
+
+DWORD NextGdiIndex()
+{
+    HBRUSH b = CreateSolidBrush(RGB(1, 2, 3));
+    const DWORD index = LOWORD(reinterpret_cast<ULONG_PTR>(b));
+    DeleteObject(b);
+    return index;
+}
+
+DWORD NextUserIndex()
+{
+    HMENU m = CreateMenu();
+    const DWORD index = LOWORD(reinterpret_cast<ULONG_PTR>(m));
+    DestroyMenu(m);
+    return index;
+}
+
+} // namespace
+
+ProcessState ProcessState::Now()
+{
+    ProcessState s;
+    if (!GetProcessHandleCount(GetCurrentProcess(), &s.handles) || s.handles == 0) s.handles = NextHandleIndex();
+    s.gdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    if (s.gdiObjects == 0) s.gdiObjects = NextGdiIndex();
+    s.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    if (s.userObjects == 0) s.userObjects = NextUserIndex();
+    s.windows = ThreadWindowCount();
+    s.tempFiles = TempFolderFiles().size();
+    return s;
+}
+
+OcxClassRegistration::OcxClassRegistration(const Ocx& ocx)
+{
+    tov::ComPtr<IUnknown> factory;
+    ocx.GetClassObject(CLSID_TOVHTMLControl, IID_IUnknown, factory.PutVoid());
+    if (factory) CoRegisterClassObject(CLSID_TOVHTMLControl, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &m_cookie);
+}
+
+OcxClassRegistration::~OcxClassRegistration()
+{
+    if (m_cookie) CoRevokeClassObject(m_cookie);
+}
+
+} // namespace tovtest

@@ -23,7 +23,7 @@ size_t OutputSaves()
 
 } // namespace
 
-class OutputCopies : public InitializedControlFixture {
+class ShowMethodOutputCopies : public InitializedControlFixture {
 protected:
     void SetUp() override
     {
@@ -49,7 +49,7 @@ protected:
     }
 };
 
-TEST_F(OutputCopies, ShowDataCopiesAfterSuccessAndAfterFailure)
+TEST_F(ShowMethodOutputCopies, ShowDataCopiesAfterSuccessAndAfterFailure)
 {
     Put(L"shown.htm", "html");
     Put(L"failed.htm", "html");
@@ -69,7 +69,7 @@ TEST_F(OutputCopies, ShowDataCopiesAfterSuccessAndAfterFailure)
     EXPECT_TRUE(FileExists(Copy(L"shown.htm"))) << "copies are never deleted by the control";
 }
 
-TEST_F(OutputCopies, ShowDataInBrowserCopiesAlsoWhenTheWindowFailsAndShowURLNever)
+TEST_F(ShowMethodOutputCopies, ShowDataInBrowserCopiesAlsoWhenTheWindowFailsAndShowURLNever)
 {
     Put(L"window.pdf", "pdf");
     applications.FailCreate(E_FAIL);

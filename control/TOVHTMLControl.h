@@ -23,7 +23,7 @@
 #include "tov_frontend.h"
 #include "hosting/browser_site.h"
 
-class CTovDialogBox;
+#include "hosting/tov_dialog_box.h"
 struct IHTMLDocument2;
 
 // Orders BSTR keys as the user's locale compares them (case-sensitive).
@@ -215,6 +215,11 @@ private:
     void ReportCompletion(BSTR URL);
     void OnDocumentComplete(IDispatch* frame);
     void SetScriptVariableInHTMLDocument();
+    // Simple Browse dialog and detached browser windows.
+    HRESULT NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel);
+    BOOL CloseSimpleBrowseWindow();
+    HRESULT OpenDocumentInNewWindow(BSTR url);
+    HRESULT OpenDocumentInDetachedWindow(BSTR url);
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;
@@ -272,7 +277,7 @@ private:
     tov::Variant m_varReserved2;
     std::string m_strFrontEndKey;
     tov::Bstr m_bstrTessarilSavedURL;
-    CTovDialogBox* m_pSimpleBrowseDlg = nullptr;
+    tov::ComPtr<CTovDialogBox> m_pSimpleBrowseDlg;
 
     // The browser reported itself active in place (the state WM_SIZE looks at).
     bool m_bInPlaceActive = false;

@@ -87,6 +87,9 @@ void CTOVHTMLControl::FinalRelease() noexcept
             m_pOleObject->Close(OLECLOSE_NOSAVE);
         }
         CloseBrowserWindows();
+        CloseSimpleBrowseWindow();
+        // Older Simple Browse dialogs are not referenced, but they are the control's windows too.
+        CTovDialogBox::DestroyAllOwnedBy(static_cast<ITOVHTMLControl*>(this));
         DeleteTempFiles();
         DeleteSourceFiles();
         if (m_bEndSessionWithBrowser) EndBrowserSession();

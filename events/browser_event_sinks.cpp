@@ -50,4 +50,4 @@ STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch* frame, VARIANT)
 {
     return HandleBrowserEvent(m_control, [&] { m_control.OnDocumentComplete(frame); return S_OK; });
 }
-STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch**, VARIANT_BOOL*) { return S_OK; }
+STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel) { return m_control.NewWindow2(ppDisp, Cancel); }

@@ -44,4 +44,7 @@ private:
     BSTR m_b = nullptr;
 };
 
+// The text of a BSTR owned by someone else; a null BSTR is the empty text.
+inline std::wstring_view BstrView(BSTR b) noexcept { return b ? std::wstring_view(b, SysStringLen(b)) : std::wstring_view(); }
+
 } // namespace tov

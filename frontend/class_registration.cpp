@@ -44,7 +44,7 @@ STDMETHODIMP ScriptedBrowserFactory::CreateInstance(IUnknown* pOuter, REFIID rii
     if (!ppv) return E_POINTER;
     *ppv = nullptr;
     return StandInCall([&] {
-        m_log->Add(L"CoCreateInstance", {L"WebBrowser"});
+        m_log->Add(L"CoCreateInstance", {m_className});
         if (pOuter) return CLASS_E_NOAGGREGATION;
         if (FAILED(m_createResult)) return m_createResult;
         auto browser = ScriptedBrowser::Create(m_log, m_plan);

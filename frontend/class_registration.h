@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <exdisp.h>
 #include <memory>
+#include <string>
 #include <vector>
 #include "frontend/call_log.h"
 #include "framework/com_ptr.h"
@@ -61,6 +62,9 @@ public:
     void FailCreate(HRESULT hr) { m_createResult = hr; }
     // Failures every browser made from now on starts with.
     FailurePlan& PlanForNext() { return m_plan; }
+    // Class name in the creation entries of the log: one factory serves the browser control, another the
+    // browser application.
+    void SetClassName(std::wstring name) { m_className = std::move(name); }
 
 private:
     friend class tov::ObjectRoot;
@@ -71,6 +75,7 @@ private:
     std::vector<tov::ComPtr<ScriptedBrowser>> m_created;
     FailurePlan m_plan;
     HRESULT m_createResult = S_OK;
+    std::wstring m_className = L"WebBrowser";
 };
 
 // The scripted browser as the WebBrowser class of this process, for a test or the demo host.

@@ -1,4 +1,5 @@
 #include "frontend/scripted_browser.h"
+#include <exdispid.h>
 #include "frontend/type_library_text.h"
 #include "framework/bstr.h"
 
@@ -157,6 +158,16 @@ HRESULT ScriptedBrowser::FireEvent(REFIID eventsIid, DISPID id, std::vector<tov:
         hr = static_cast<IDispatch*>(sink.Get())->Invoke(id, IID_NULL, 0x400, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr);
     }
     return hr;
+}
+
+HRESULT ScriptedBrowser::FireNewWindow2(IDispatch** ppDisp, VARIANT_BOOL* cancel)
+{
+    std::vector<tov::Variant> args(2);
+    args[0].vt = VT_BYREF | VT_DISPATCH;
+    args[0].ppdispVal = ppDisp;
+    args[1].vt = VT_BYREF | VT_BOOL;
+    args[1].pboolVal = cancel;
+    return FireEvent(DIID_DWebBrowserEvents2, DISPID_NEWWINDOW2, std::move(args));
 }
 
 size_t ScriptedBrowser::SinkCount(REFIID eventsIid) const

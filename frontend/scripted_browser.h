@@ -41,6 +41,8 @@ public:
     // Calls every sink of the connection point for `eventsIid`; the last sink's answer, S_OK without sinks.
     HRESULT FireEvent(REFIID eventsIid, DISPID id, std::vector<tov::Variant> argsInDeclarationOrder);
     size_t SinkCount(REFIID eventsIid) const;
+    // A page asks for a new window: NewWindow2 with both arguments by reference, as the engine passes them.
+    HRESULT FireNewWindow2(IDispatch** ppDisp, VARIANT_BOOL* cancel);
     ULONG RefCount();
     IOleClientSite* Site() const { return m_site.Get(); }
     HWND ChildWindow() const { return m_child.Get(); }

@@ -1,4 +1,4 @@
-// Taking the browser down: the container's Close and in-place deactivation, and the detached windows.
+// Taking the browser down: the container's Close and in-place deactivation.
 #include "control/automation_call.h"
 
 using namespace tov;
@@ -45,21 +45,4 @@ STDMETHODIMP CTOVHTMLControl::InPlaceDeactivate()
     } catch (...) {
     }
     return WindowedControlBase::InPlaceDeactivate();
-}
-
-LONG CTOVHTMLControl::CloseBrowserWindows()
-{
-    CTraceScope scope(m_trace, TraceSinkRef(), "CloseBrowserWindows");
-    auto windows = std::move(m_mapDetachedBrowsers);
-    m_mapDetachedBrowsers.clear();
-    for (auto& [url, browser] : windows) {
-        m_pDetachedBrowser = browser;
-        if (browser) {
-            browser->Stop();
-            browser->Quit();
-        }
-    }
-    // The last window closed is no longer remembered either: nothing may use a closed browser.
-    m_pDetachedBrowser.Reset();
-    return 0;
 }

@@ -1,12 +1,10 @@
-// ShowData and ShowURL: provider data and URLs in the control's own browser.
+// The show methods: URLs and provider data in the control's own browser or in a browser window of their own.
 #include "control/automation_call.h"
 #include "navigation/url_rules.h"
 
 using namespace tov;
 
 namespace {
-
-std::wstring_view View(BSTR b) { return b ? std::wstring_view(b, SysStringLen(b)) : std::wstring_view(); }
 
 Variant FrameArg(BSTR frame)
 {
@@ -21,7 +19,7 @@ Variant FrameArg(BSTR frame)
 STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, LONG* pRetCode)
 {
     return AutomationCall("ShowData", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
-        scope.Detail(ToAnsi(View(pURL)));
+        scope.Detail(ToAnsi(BstrView(pURL)));
         m_bOwnNavigation = true;
         m_bInternalPage = false;
         if (m_pWebBrowser) m_pWebBrowser->Stop();
@@ -34,14 +32,14 @@ STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, L
         Variant flags = Variant::I4(12); // navNoReadFromCache | navNoWriteToCache
         Variant frame = FrameArg(pFrame);
         const Bstr& prefix = bLocalURL ? m_bstrURLPrefixLocal : m_bstrURLPrefixGlobal;
-        Bstr target(url::ShowDataUrl(m_nProtocolMode, prefix.View(), View(pURL)));
+        Bstr target(url::ShowDataUrl(m_nProtocolMode, prefix.View(), BstrView(pURL)));
 
         HRESULT hr = E_FAIL;
-        const Bstr subtype = GetDataSubtype(View(pURL));
+        const Bstr subtype = GetDataSubtype(BstrView(pURL));
         if (subtype.IsNull()) {
             scope.Write("GetDataSubtype: GetDataSubtype() failed", trace::kFailure);
         } else if (url::IsHtmlSubtype(subtype.View())) {
-            CheckMetaTag(View(pURL));
+            CheckMetaTag(BstrView(pURL));
             // HTML is zoomed by the browser itself on high-resolution screens.
             const HWND hwnd = ControlWindow();
             HDC dc = GetDC(hwnd);
@@ -50,7 +48,7 @@ STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, L
             if (dpi <= 100) Zoom();
             hr = m_pWebBrowser->Navigate(target.Get(), &flags, &frame, nullptr, nullptr);
         } else {
-            const Bstr path = CreateTempFile(View(pURL));
+            const Bstr path = CreateTempFile(BstrView(pURL));
             if (path.Length() > 0) {
                 Zoom();
                 hr = m_pWebBrowser->Navigate(path.Get(), nullptr, &frame, nullptr, nullptr);
@@ -61,14 +59,14 @@ STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, L
             scope.Write("ShowData: m_pWebBrowser->Navigate() failed", trace::kFailure);
             ShowBlankPageOnAccessDenied("ShowData", pURL);
         }
-        if (m_bEnableOutputFile) CreateOutputFile(View(pURL));
+        if (m_bEnableOutputFile) CreateOutputFile(BstrView(pURL));
     });
 }
 
 STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR pURL, BSTR pFrame, LONG* pRetCode)
 {
     return AutomationCall("ShowURL", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
-        scope.Detail(ToAnsi(View(pURL)));
+        scope.Detail(ToAnsi(BstrView(pURL)));
         m_bOwnNavigation = true;
         m_bInternalPage = false;
         if (m_pWebBrowser) m_pWebBrowser->Stop();
@@ -79,7 +77,7 @@ STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR pURL, BSTR pFrame, LONG* pRetCode)
         }
         Variant flags = Variant::I4(0);
         Variant frame = FrameArg(pFrame);
-        const std::wstring_view url = View(pURL);
+        const std::wstring_view url = BstrView(pURL);
         HRESULT hr = E_FAIL;
         if (url::IsDataUrl(url)) {
             m_pDetachedBrowser.Reset();
@@ -114,5 +112,48 @@ STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR pURL, BSTR pFrame, LONG* pRetCode)
             code = codes::kBrowserFailed;
             ShowErrorMessage("ShowUrl", pURL);
         }
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::ShowURLInBrowser(BSTR pURL, LONG* pRetCode)
+{
+    // The control's own browser is not used: no browser test, no Stop.
+    return AutomationCall("ShowURLInBrowser", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
+        scope.Detail(ToAnsi(BstrView(pURL)));
+        m_bInternalPage = false;
+        HRESULT hr = E_FAIL;
+        if (url::IsDataUrlForSeparateWindow(BstrView(pURL))) {
+            const Bstr path = CreateTempFile(BstrView(pURL));
+            if (path.Length() > 0) hr = OpenDocumentInNewWindow(path.Get());
+        } else {
+            hr = OpenDocumentInNewWindow(pURL);
+        }
+        // A window the user cancelled is no failure.
+        if (FAILED(hr) && hr != HRESULT_FROM_WIN32(ERROR_CANCELLED)) {
+            code = codes::kBrowserFailed;
+            ShowErrorMessage("ShowURLInBrowser", pURL);
+        }
+    });
+}
+
+STDMETHODIMP CTOVHTMLControl::ShowDataInBrowser(BSTR pURL, LONG* pRetCode)
+{
+    return AutomationCall("ShowDataInBrowser", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
+        m_bOwnNavigation = true;
+        if (m_pWebBrowser) {
+            m_pWebBrowser->Stop();
+            HRESULT hr = E_FAIL;
+            const Bstr path = CreateTempFile(BstrView(pURL));
+            if (path.Length() > 0) hr = OpenDocumentInNewWindow(path.Get());
+            if (FAILED(hr)) {
+                code = codes::kBrowserFailed;
+                ShowErrorMessage("ShowDataInBrowser", pURL);
+            }
+        } else {
+            scope.Write("m_pWebBrowser is invalid", trace::kFailure);
+            code = codes::kNoBrowser;
+        }
+        // Unlike ShowData, the copy is made also without a browser.
+        if (m_bEnableOutputFile) CreateOutputFile(BstrView(pURL));
     });
 }

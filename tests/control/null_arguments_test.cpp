@@ -2,6 +2,7 @@
 // no exception out of the control, and S_OK wherever a return code is the answer.
 #include "support/atl_host.h"
 #include "support/control_fixture.h"
+#include "frontend/browser_application_class.h"
 #include "frontend/data_provider_standin.h"
 #include "frontend/scripted_browser.h"
 
@@ -71,6 +72,9 @@ using NullArguments = ControlFixture;
 TEST_F(NullArguments, BeforeAndAfterInitControl)
 {
     Connect(2);
+    // Separate browser windows are the stand-in's, never the system's.
+    tovfe::BrowserApplicationClass applications;
+    ASSERT_EQ(S_OK, applications.Register());
     CallEverythingWithNulls(control.Get());
 
     tovfe::ScriptedBrowserClass browsers;

@@ -1,6 +1,7 @@
 // Completion of pages: NavigateComplete for the page and each frame unless the page is internal, held or
 // the front end is not ready; the marker script in every such page; DocumentComplete follows the top document.
 #include "support/back_channel_fixture.h"
+#include "frontend/scripted_document.h"
 
 using tovtest::BackChannelFixture;
 
@@ -46,6 +47,8 @@ TEST_F(PageCompletion, PageWithTwoFramesGivesThreeNavigateCompletes)
 
 TEST_F(PageCompletion, MarkerScriptIsTheTwentyFourCharacterLine)
 {
+    auto document = tovfe::ScriptedDocument::Create();
+    browser->SetDocument(document->AsDispatch());
     ShowPage(L"http://app/page.htm");
     Connect(2);
     ClearLines();
@@ -53,9 +56,13 @@ TEST_F(PageCompletion, MarkerScriptIsTheTwentyFourCharacterLine)
     const auto lines = Lines();
     const auto scope = std::find(lines.begin(), lines.end(), "==> SetScriptVariableInHTMLDocument");
     ASSERT_NE(lines.end(), scope);
-    ASSERT_LT(scope + 2, lines.end());
+    ASSERT_LT(scope + 1, lines.end());
     EXPECT_EQ("===> InternalExecuteScript", *(scope + 1));
-    EXPECT_EQ(kMarker, *(scope + 2));
+    const auto& scripts = document->Page().scripts;
+    ASSERT_EQ(1u, scripts.size());
+    EXPECT_EQ(std::wstring(kMarker.begin(), kMarker.end()), scripts[0].text);
+    EXPECT_EQ(L"JavaScript", scripts[0].language);
+    EXPECT_EQ(L"TRUE", document->Page().variables[L"tovHtmlControl"]);
     EXPECT_EQ(24u, kMarker.size());
 }
 

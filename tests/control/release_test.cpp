@@ -49,6 +49,6 @@ TEST_F(ControlRelease, FinalReleaseScopeIsTraced)
     Connect(1);
     control.Reset();
     EXPECT_EQ((std::vector<std::string>{"=> FinalRelease()", "==> CloseBrowserWindows", "<== CloseBrowserWindows",
-                                        "<= FinalRelease()"}),
+                                        "==> CloseSimpleBrowseWindow", "<== CloseSimpleBrowseWindow", "<= FinalRelease()"}),
               Lines());
 }

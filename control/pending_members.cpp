@@ -1,7 +1,0 @@
-// Members of the automation interface whose behaviour is not built yet: they answer E_NOTIMPL.
-#include "TOVHTMLControl.h"
-
-STDMETHODIMP CTOVHTMLControl::ShowURLInBrowser(BSTR /*pURL*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::ShowDataInBrowser(BSTR /*pURL*/, LONG */*pRetCode*/) { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::CloseDocument() { return E_NOTIMPL; }
-STDMETHODIMP CTOVHTMLControl::ShowURLInDetachedBrowser(BSTR /*pURL*/, LONG /*bURLType*/, LONG */*pRetCode*/) { return E_NOTIMPL; }

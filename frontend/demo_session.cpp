@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 #include "TOVHTML_h.h"
+#include "frontend/browser_application_class.h"
 #include "frontend/class_registration.h"
 #include "frontend/container_window.h"
 #include "frontend/data_provider_standin.h"
@@ -48,7 +49,8 @@ public:
 
     bool Start()
     {
-        if (FAILED(m_browsers.Register())) return Fail("the scripted browser could not be registered");
+        if (FAILED(m_browsers.Register()) || FAILED(m_windows.Register()))
+            return Fail("the scripted browser classes could not be registered");
         ComPtr<IUnknown> unk;
         HRESULT hr = m_host.Create(L"TOV.HTMLIEControl", unk.Put());
         if (FAILED(hr) || !unk) return Fail("the container could not create TOV.HTMLIEControl (is it registered?)", hr);
@@ -131,13 +133,19 @@ private:
 
     void PrintBrowserCalls()
     {
-        const auto texts = m_browsers.Log().Texts();
-        for (size_t i = m_shownCalls; i < texts.size(); ++i) {
+        PrintCalls("browser", m_browsers.Log().Texts(), m_shownCalls);
+        PrintCalls("separate window", m_windows.Log().Texts(), m_shownWindowCalls);
+    }
+
+    static void PrintCalls(const char* who, const std::vector<std::wstring>& texts, size_t& shown)
+    {
+        for (size_t i = shown; i < texts.size(); ++i) {
             std::wstring t = texts[i];
+            if (t.rfind(L"QueryInterface(", 0) == 0) continue;
             if (t.size() > 160) t = t.substr(0, 100) + L" ... " + t.substr(t.size() - 50);
-            std::printf("  browser: %ls\n", t.c_str());
+            std::printf("  %s: %ls\n", who, t.c_str());
         }
-        m_shownCalls = texts.size();
+        shown = texts.size();
     }
 
     std::set<std::wstring> NewTempFiles() const
@@ -149,6 +157,7 @@ private:
     }
 
     ScriptedBrowserClass m_browsers;
+    BrowserApplicationClass m_windows;
     DataProviderRegistration m_provider;
     ContainerWindow m_host;
     ComPtr<FrontendContainer> m_container;
@@ -159,6 +168,7 @@ private:
     ComPtr<IConnectionPoint> m_point;
     DWORD m_cookie = 0;
     size_t m_shownCalls = 0;
+    size_t m_shownWindowCalls = 0;
     std::set<std::wstring> m_tempBefore;
     std::set<std::wstring> m_made;
 };
@@ -195,12 +205,49 @@ int RunDemoSession(const std::wstring& samples)
         const HRESULT hr = c->ShowURL(url.Get(), nullptr, &code);
         return Checked(hr, code);
     });
-    s.Step("ShowURLInDetachedBrowser(\"http://www.example.invalid/help.htm\", 0): a separate window", [&] {
+    s.Step("ShowURLInBrowser(\"http://www.example.invalid/help.htm\"): a separate browser window", [&] {
         Bstr url(L"http://www.example.invalid/help.htm");
         LONG code = -1;
-        const HRESULT hr = c->ShowURLInDetachedBrowser(url.Get(), 0, &code);
+        const HRESULT hr = c->ShowURLInBrowser(url.Get(), &code);
         return Checked(hr, code);
     });
+
+    // The page author's side: links and forms aimed at TOVEVENT: come back to the front end as events.
+    DataProviderStandIn* postData = DataProviderStandIn::Create();
+    c->put_PostData(postData);
+    auto printPosted = [&] {
+        for (const auto& [key, bytes] : postData->posted)
+        {
+            // The page was in windows-1252: shown as text for a person.
+            std::wstring text(bytes.size(), L'\0');
+            const int n = MultiByteToWideChar(1252, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), static_cast<int>(text.size()));
+            text.resize(n > 0 ? static_cast<size_t>(n) : 0);
+            std::printf("  post data in the front end's provider (%ls): %zu bytes \"%ls\"\n", key.c_str(), bytes.size(), text.c_str());
+        }
+        postData->posted.clear();
+    };
+    s.Step("the user submits the order form (national characters, \"+\", \"%\" escapes, &#8364;)", [&] {
+        const auto outcome = s.Browser()->SubmitForm(
+            L"TOVEVENT:SUBMIT?form=order", "customer=M%FCller+%26+S%F6hne&note=100%25+%2B+5+%3D+105+%26%238364%3B");
+        std::printf("  the browser's navigation was %s\n", outcome.cancel ? "cancelled" : "NOT cancelled");
+        printPosted();
+        return 0L;
+    });
+    s.Step("the user clicks a TOVEVENT link of 300 characters (it travels in pieces of 255)", [&] {
+        std::wstring url = L"TOVEVENT:SHOW?customer=4711&remark=";
+        while (url.size() < 300) url += L"abcdefghij";
+        const auto outcome = s.Browser()->ClickLink(url.substr(0, 300));
+        std::printf("  the browser's navigation was %s\n", outcome.cancel ? "cancelled" : "NOT cancelled");
+        return 0L;
+    });
+    s.Step("a page with two frames loads, then the user clicks a TOVEVENT link inside the frame \"list\"", [&] {
+        s.Browser()->LoadPage(L"http://demo.invalid/app/frames.htm", {L"http://demo.invalid/app/list.htm", L"http://demo.invalid/app/detail.htm"});
+        const auto outcome = s.Browser()->ClickLink(L"TOVEVENT:SELECT?row=3", L"list");
+        std::printf("  the browser's navigation was %s\n", outcome.cancel ? "cancelled" : "NOT cancelled");
+        return 0L;
+    });
+    c->put_PostData(nullptr);
+    postData->Release();
     s.Finish();
     return 0;
 }

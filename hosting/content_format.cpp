@@ -12,7 +12,7 @@ bool IsConversion(wchar_t c)
     return std::wcschr(L"cCdiouxXeEfFgGaAnpsSZ", c) != nullptr && c != L'\0';
 }
 
-// Length of the specification starting at `pos` (the '%'), or 0 when none is complete there.
+// Length of the directive starting at `pos` (the '%'), or 0 when none is complete there.
 size_t SpecificationLength(std::wstring_view s, size_t pos)
 {
     size_t i = pos + 1;

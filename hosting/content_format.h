@@ -1,8 +1,8 @@
 #pragma once
 // The text SetHTMLSourceContent writes into its file. The content is read as a format without arguments:
-// "%%" gives "%", a complete conversion specification (flags, width, precision, length modifier and
+// "%%" gives "%", a complete conversion directive (flags, width, precision, length modifier and
 // conversion letter, as the runtime's formatted print knows them) is consumed and writes nothing, and a
-// '%' that does not begin a complete specification is copied as it stands. The text ends at its first
+// '%' that does not begin a complete directive is copied as it stands. The text ends at its first
 // zero character. Standard C++ only.
 #include <functional>
 #include <string>

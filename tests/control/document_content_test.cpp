@@ -153,7 +153,7 @@ TEST_F(DocumentContent, PercentSignsAreReadAsAFormatWithoutArguments)
     EXPECT_EQ("<p>||%||100%</p>\r\n<i>%", FileBytes(path));
 
     const std::wstring atEnd = SetContent(L"<p>x</p>%I64");
-    EXPECT_EQ("<p>x</p>%I64", FileBytes(atEnd)) << "a specification cut off by the end of the content";
+    EXPECT_EQ("<p>x</p>%I64", FileBytes(atEnd)) << "a directive cut off by the end of the content";
     const std::wstring consumed = SetContent(L"<p>x</p>%ls");
     EXPECT_EQ("<p>x</p>", FileBytes(consumed));
 }

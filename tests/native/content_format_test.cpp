@@ -25,7 +25,7 @@ TEST(ContentFormat, PercentSignsThatAreNoSpecification)
     EXPECT_EQ(L"%d", ApplyFormatRule(L"%%d")) << "an escaped percent sign starts nothing";
     EXPECT_EQ(L"width: 50%", ApplyFormatRule(L"width: 50%")) << "a lone % at the very end";
     EXPECT_EQ(L"a%5q", ApplyFormatRule(L"a%5q")) << "no conversion letter";
-    EXPECT_EQ(L"%l", ApplyFormatRule(L"%l")) << "the text ends inside the specification";
+    EXPECT_EQ(L"%l", ApplyFormatRule(L"%l")) << "the text ends inside the directive";
     EXPECT_EQ(L"%-0", ApplyFormatRule(L"%-0"));
     EXPECT_EQ(L"%.", ApplyFormatRule(L"%."));
     EXPECT_EQ(L"%", ApplyFormatRule(L"%"));
@@ -37,7 +37,7 @@ TEST(ContentFormat, TextEndsAtItsFirstZeroCharacter)
     EXPECT_EQ(L"<html>", ApplyFormatRule(std::wstring_view(L"<html>\0<body>", 13)));
     EXPECT_EQ(L"", ApplyFormatRule(std::wstring_view(L"\0abc", 4)));
     EXPECT_EQ(L"", ApplyFormatRule(L""));
-    EXPECT_EQ(L"a%", ApplyFormatRule(std::wstring_view(L"a%\0d", 4))) << "a specification does not reach past the end";
+    EXPECT_EQ(L"a%", ApplyFormatRule(std::wstring_view(L"a%\0d", 4))) << "a directive does not reach past the end";
 }
 
 TEST(ContentFormat, NationalCharactersAndLongTextPassUnchanged)

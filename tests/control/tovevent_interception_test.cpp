@@ -160,6 +160,24 @@ TEST_F(TovEventInterception, NewWindowStyleReissuesTopLevelLinksOnly)
     EXPECT_EQ(0u, browser->Log().Count(L"Navigate"));
 }
 
+TEST_F(TovEventInterception, HistoryMethodsCountAsOwnNavigationsEvenWhenTheyFail)
+{
+    SetNavigationStyle(L"B");
+    for (const wchar_t* method : {L"GoBack", L"GoForward"}) {
+        SCOPED_TRACE(testing::Message() << "failing " << method);
+        browser->FailCall(method, E_FAIL);
+        LONG code = -1;
+        if (std::wstring(method) == L"GoBack") control->GoBack(&code);
+        else control->GoForward(&code);
+        EXPECT_EQ(5, code);
+        browser->Log().Clear();
+        // The history navigation's own BeforeNavigate is not re-issued in a new window.
+        EXPECT_EQ(0, browser->ClickLink(L"http://example.com/history").cancel);
+        EXPECT_EQ(0u, browser->Log().Count(L"Navigate"));
+        browser->ClearFailures();
+    }
+}
+
 TEST_F(TovEventInterception, BothStylesBlockAndStillReissue)
 {
     SetNavigationStyle(L"BC");

@@ -230,3 +230,19 @@ TEST_F(ScriptExecution, UnknownCodePageRunsNothingAndLargeScriptsRunWhole)
     ASSERT_EQ(1u, Page().scripts.size());
     EXPECT_EQ(std::wstring(1000000, L'a'), Page().scripts[0].text);
 }
+
+TEST_F(ScriptExecution, BackEndCompletionRunsItsScriptOnlyWhenOneIsSet)
+{
+    Connect(1);
+    ComPtr<ITOVGUIControl> gui;
+    ASSERT_EQ(S_OK, control->QueryInterface(IID_ITOVGUIControl, gui.PutVoid()));
+    gui->HandleEvent(102, nullptr);
+    EXPECT_TRUE(Page().scripts.empty()) << "no completion script set";
+
+    auto table = MakeScriptTable({"done();"}, 7);
+    ASSERT_EQ(S_OK, control->putref_ScriptOnBRELCompleted(table.Object()));
+    gui->HandleEvent(102, nullptr);
+    EXPECT_EQ((std::vector<std::wstring>{L"done();"}), ScriptTexts(Page()));
+    EXPECT_EQ(S_OK, control->ExecuteScript());
+    EXPECT_EQ(1u, Page().scripts.size()) << "the general script is still empty and runs nothing";
+}

@@ -12,6 +12,7 @@
 #include "frontend/frontend_container.h"
 #include "frontend/gui_service_standin.h"
 #include "frontend/scripted_browser.h"
+#include "frontend/temp_folder.h"
 #include "framework/bstr.h"
 
 using tov::Bstr;
@@ -22,21 +23,6 @@ namespace {
 
 constexpr wchar_t kAppUrl[] = L"http://demo.invalid/app/";
 
-std::set<std::wstring> TempFiles()
-{
-    wchar_t folder[MAX_PATH] = {};
-    GetTempPathW(MAX_PATH, folder);
-    std::set<std::wstring> files;
-    WIN32_FIND_DATAW found;
-    HANDLE h = FindFirstFileW((std::wstring(folder) + L"*").c_str(), &found);
-    if (h == INVALID_HANDLE_VALUE) return files;
-    do {
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) files.insert(found.cFileName);
-    } while (FindNextFileW(h, &found));
-    FindClose(h);
-    return files;
-}
-
 class Session {
 public:
     explicit Session(const std::wstring& samples) : m_host(720, 480)
@@ -44,7 +30,7 @@ public:
         DataStore::Instance().ServeFolder(samples, kAppUrl);
         MakeFrontend(m_container, m_trace);
         m_services = AddGUIServices(*m_container.Get(), 1252, L"EN");
-        m_tempBefore = TempFiles();
+        m_tempBefore = TempFolderFiles();
     }
 
     bool Start()
@@ -151,7 +137,7 @@ private:
     std::set<std::wstring> NewTempFiles() const
     {
         std::set<std::wstring> now;
-        for (const auto& f : TempFiles())
+        for (const auto& f : TempFolderFiles())
             if (!m_tempBefore.count(f)) now.insert(f);
         return now;
     }

@@ -5,13 +5,14 @@
 #include <set>
 #include <string>
 #include "support/ocx.h"
+#include "frontend/temp_folder.h"
 
 namespace tovtest {
 
 int ThreadCount();
 // Top-level windows of this thread and all their descendants.
 int ThreadWindowCount();
-std::set<std::wstring> TempFolderFiles();
+using tovfe::TempFolderFiles;
 
 // Where the platform does not count (Wine answers 0 for handle and GUI object counts), the counts are
 // the table index a fresh object of that kind gets: objects that are never freed push it up.

@@ -1,154 +1,94 @@
 // Registry switches read at run time, with the value types an administrator may have written.
 #include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <shlwapi.h>
+#include "framework/handles.h"
 #include "guicontrol/registry_config.h"
 #include "support/registry_helpers.h"
-#include <shlwapi.h>
-#include <string>
 
 namespace {
 
 const wchar_t kAdminKey[] = L"Software\\Classes\\TOVHTTPPROXY\\admin";
 const wchar_t kOutputKey[] = L"Software\\Classes\\TOV.HTMLControl\\EnableOutputFile";
 const wchar_t kGeneralKey[] = L"Software\\TOV\\General";
-const wchar_t kBrowserKey[] = L"Software\\Microsoft\\Internet Explorer";
 
-void SetValue(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type, const void* data, DWORD size)
+std::string Dword(DWORD v) { return std::string(reinterpret_cast<const char*>(&v), sizeof(v)); }
+std::string Wide(const std::wstring& s) { return std::string(reinterpret_cast<const char*>(s.c_str()), (s.size() + 1) * 2); }
+
+// Creates the key and, when `bytes` is given, writes the value.
+void Write(HKEY root, const wchar_t* path, const wchar_t* name, DWORD type, const std::optional<std::string>& bytes)
 {
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(root, path, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
-    const LONG set = data ? RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size) : ERROR_SUCCESS;
-    RegCloseKey(key);
-    ASSERT_EQ(ERROR_SUCCESS, set);
+    tov::UniqueHKey key;
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(root, path, 0, nullptr, 0, KEY_WRITE, nullptr, key.Put(), nullptr));
+    if (!bytes) return;
+    ASSERT_EQ(ERROR_SUCCESS, RegSetValueExW(key.Get(), name, 0, type, reinterpret_cast<const BYTE*>(bytes->data()), DWORD(bytes->size())));
 }
 
 class RegistryConfig : public testing::Test {
 protected:
-    void TearDown() override
+    void TearDown() override { Clear(); }
+    // The machine's general key may hold other components' values: only the switch goes.
+    static void Clear()
     {
         tovtest::DeleteTree(HKEY_CURRENT_USER, L"Software\\Classes\\TOVHTTPPROXY");
         tovtest::DeleteTree(HKEY_LOCAL_MACHINE, L"Software\\Classes\\TOV.HTMLControl");
-        ClearPluginSwitch();
-    }
-    // The machine key may hold other components' keys: only the value goes.
-    static void ClearPluginSwitch()
-    {
         tovtest::DeleteTree(HKEY_CURRENT_USER, kGeneralKey);
         SHDeleteValueW(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin");
         SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, kGeneralKey);
-        SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, L"Software\\TOV");
-        SHDeleteEmptyKeyW(HKEY_CURRENT_USER, L"Software\\TOV");
+        for (HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) SHDeleteEmptyKeyW(root, L"Software\\TOV");
     }
 };
 
 } // namespace
 
-TEST_F(RegistryConfig, ProxyConditionHoldsOnlyForDwordFour)
+// The proxy condition holds only for REG_DWORD 4; the output switch takes four bytes of any type.
+TEST_F(RegistryConfig, ConditionAndOutputSwitchValueTypes)
 {
-    EXPECT_FALSE(tov::config::ReadProxyAdminCondition()) << "key missing";
-    const DWORD four = 4, five = 5;
-    SetValue(HKEY_CURRENT_USER, kAdminKey, L"Condition", REG_DWORD, &four, 4);
-    EXPECT_TRUE(tov::config::ReadProxyAdminCondition());
-    SetValue(HKEY_CURRENT_USER, kAdminKey, L"Condition", REG_DWORD, &five, 4);
-    EXPECT_FALSE(tov::config::ReadProxyAdminCondition());
-    SetValue(HKEY_CURRENT_USER, kAdminKey, L"Condition", REG_SZ, L"4", 4);
-    EXPECT_FALSE(tov::config::ReadProxyAdminCondition()) << "the text 4 is not the number 4";
-    SetValue(HKEY_CURRENT_USER, kAdminKey, L"Condition", REG_BINARY, &four, 4);
-    EXPECT_FALSE(tov::config::ReadProxyAdminCondition());
+    const struct { const char* what; DWORD type; std::optional<std::string> bytes; bool condition; LONG output; } cases[] = {
+        {"key missing: unchanged", 0, std::nullopt, false, 77}, {"key without a value", REG_DWORD, std::nullopt, false, 0},
+        {"DWORD 4", REG_DWORD, Dword(4), true, 4}, {"DWORD 5", REG_DWORD, Dword(5), false, 5},
+        {"DWORD 0", REG_DWORD, Dword(0), false, 0}, {"DWORD 2", REG_DWORD, Dword(2), false, 2},
+        {"binary 4", REG_BINARY, Dword(4), false, 4},
+        {"the text 4 is not the number 4", REG_SZ, Wide(L"4"), false, '4'},
+        {"a short text switches the copies on", REG_SZ, Wide(L"1"), false, '1'},
+        {"more than four bytes cannot be read", REG_SZ, Wide(L"enabled"), false, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Clear();
+        if (c.type) Write(HKEY_CURRENT_USER, kAdminKey, L"Condition", c.type, c.bytes);
+        if (c.type) Write(HKEY_LOCAL_MACHINE, kOutputKey, nullptr, c.type, c.bytes);
+        LONG output = 77;
+        tov::config::ReadEnableOutputFile(output);
+        EXPECT_EQ(c.output, output);
+        EXPECT_EQ(c.condition, tov::config::ReadProxyAdminCondition());
+    }
 }
 
-TEST_F(RegistryConfig, OutputSwitchReadsFourBytesOfAnyType)
-{
-    LONG value = 77;
-    tov::config::ReadEnableOutputFile(value);
-    EXPECT_EQ(77, value) << "key missing: unchanged";
-
-    SetValue(HKEY_LOCAL_MACHINE, kOutputKey, nullptr, REG_SZ, nullptr, 0);
-    value = 77;
-    tov::config::ReadEnableOutputFile(value);
-    EXPECT_EQ(0, value) << "key without a default value";
-
-    const DWORD zero = 0, two = 2;
-    SetValue(HKEY_LOCAL_MACHINE, kOutputKey, nullptr, REG_DWORD, &zero, 4);
-    tov::config::ReadEnableOutputFile(value);
-    EXPECT_EQ(0, value);
-    SetValue(HKEY_LOCAL_MACHINE, kOutputKey, nullptr, REG_DWORD, &two, 4);
-    tov::config::ReadEnableOutputFile(value);
-    EXPECT_EQ(2, value);
-
-    // A short string switches the copies on: its first bytes are not zero.
-    SetValue(HKEY_LOCAL_MACHINE, kOutputKey, nullptr, REG_SZ, L"1", 4);
-    value = 0;
-    tov::config::ReadEnableOutputFile(value);
-    EXPECT_NE(0, value);
-    // Data longer than four bytes cannot be read: 0.
-    SetValue(HKEY_LOCAL_MACHINE, kOutputKey, nullptr, REG_SZ, L"enabled", 16);
-    value = 9;
-    tov::config::ReadEnableOutputFile(value);
-    EXPECT_EQ(0, value);
-}
-
+// The user's readable value wins, then the machine's; it is on only for exactly 1, whatever its type.
 TEST_F(RegistryConfig, PluginSwitchPrefersTheUsersReadableValue)
 {
-    const DWORD zero = 0, one = 1, two = 2;
-    ClearPluginSwitch();
-    EXPECT_FALSE(tov::config::ReadControlPluginSwitch()) << "no key anywhere";
-    // Neither key opened: the user's key was made, as a volatile one.
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CURRENT_USER, kGeneralKey, 0, KEY_READ, &key));
-    RegCloseKey(key);
-    EXPECT_EQ(ERROR_CHILD_MUST_BE_VOLATILE,
-              RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General\\Child", 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr))
-        << "only a volatile key refuses a lasting child";
-
-    ClearPluginSwitch();
-    SetValue(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, &one, 4);
-    EXPECT_TRUE(tov::config::ReadControlPluginSwitch()) << "the machine's value alone";
-    EXPECT_FALSE(tovtest::KeyExists(HKEY_CURRENT_USER, kGeneralKey)) << "the machine key opened: nothing created";
-
-    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, &zero, 4);
-    EXPECT_FALSE(tov::config::ReadControlPluginSwitch()) << "the user's 0 wins over the machine's 1";
-
-    // The user's key without the value: the machine's value is read.
-    tovtest::DeleteTree(HKEY_CURRENT_USER, kGeneralKey);
-    SetValue(HKEY_CURRENT_USER, kGeneralKey, nullptr, REG_DWORD, nullptr, 0);
-    EXPECT_TRUE(tov::config::ReadControlPluginSwitch());
-
-    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, &two, 4);
-    EXPECT_FALSE(tov::config::ReadControlPluginSwitch()) << "on only for exactly 1";
-    // The type is not looked at: four bytes holding 1 switch it on.
-    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_BINARY, &one, 4);
-    EXPECT_TRUE(tov::config::ReadControlPluginSwitch());
-    // Data that does not fit four bytes cannot be read: the machine's value decides.
-    SetValue(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", REG_SZ, L"1234", 10);
-    EXPECT_TRUE(tov::config::ReadControlPluginSwitch());
-    SHDeleteValueW(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin");
-    EXPECT_FALSE(tov::config::ReadControlPluginSwitch());
-}
-
-TEST_F(RegistryConfig, BrowserVersionIsReadIntoOneHundredSixtyBytes)
-{
-    // The prefix's own version is put back afterwards.
-    const auto saved = tovtest::ReadString(HKEY_LOCAL_MACHINE, kBrowserKey, L"Version");
-    std::string version = "unchanged";
-
-    SetValue(HKEY_LOCAL_MACHINE, kBrowserKey, L"Version", REG_SZ, L"11.0.9600", 20);
-    EXPECT_EQ(tov::config::BrowserVersionRead::Ok, tov::config::ReadBrowserVersion(version));
-    EXPECT_EQ("11.0.9600", version);
-
-    const std::string longest(159, '7');
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_LOCAL_MACHINE, kBrowserKey, 0, KEY_WRITE, &key));
-    RegSetValueExA(key, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(longest.c_str()), 160);
-    EXPECT_EQ(tov::config::BrowserVersionRead::Ok, tov::config::ReadBrowserVersion(version));
-    EXPECT_EQ(longest, version);
-    const std::string tooLong(160, '7');
-    RegSetValueExA(key, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(tooLong.c_str()), 161);
-    version = "unchanged";
-    EXPECT_EQ(tov::config::BrowserVersionRead::NoValue, tov::config::ReadBrowserVersion(version));
-    EXPECT_EQ("unchanged", version);
-    RegDeleteValueW(key, L"Version");
-    EXPECT_EQ(tov::config::BrowserVersionRead::NoValue, tov::config::ReadBrowserVersion(version));
-    if (saved) RegSetValueExW(key, L"Version", 0, REG_SZ, reinterpret_cast<const BYTE*>(saved->c_str()),
-                              static_cast<DWORD>((saved->size() + 1) * sizeof(wchar_t)));
-    RegCloseKey(key);
+    const struct { const char* what; std::optional<std::string> user; DWORD userType; bool machineOn; bool on; } cases[] = {
+        {"the machine's value alone", std::nullopt, REG_DWORD, true, true},
+        {"the user's 0 wins over the machine's 1", Dword(0), REG_DWORD, true, false},
+        {"on only for exactly 1", Dword(2), REG_DWORD, true, false},
+        {"the type is not looked at", Dword(1), REG_BINARY, false, true},
+        {"the user's key without the value", std::string(), REG_DWORD, true, true},
+        {"an unreadable value: the machine's decides", Wide(L"1234"), REG_SZ, true, true},
+        {"an unreadable value and no machine value", Wide(L"1234"), REG_SZ, false, false},
+        {"no key anywhere: the user's is made", std::nullopt, REG_DWORD, false, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Clear();
+        if (c.machineOn) Write(HKEY_LOCAL_MACHINE, kGeneralKey, L"TOVGUIControlPlugin", REG_DWORD, Dword(1));
+        if (c.user) Write(HKEY_CURRENT_USER, kGeneralKey, L"TOVGUIControlPlugin", c.userType, c.user->empty() ? std::nullopt : c.user);
+        EXPECT_EQ(c.on, tov::config::ReadControlPluginSwitch());
+        EXPECT_EQ(c.user || !c.machineOn, tovtest::KeyExists(HKEY_CURRENT_USER, kGeneralKey)) << "a user key made only when none opened";
+    }
+    // The last case made the user's key as a volatile one, which refuses a lasting child.
+    tov::UniqueHKey child;
+    EXPECT_EQ(ERROR_CHILD_MUST_BE_VOLATILE, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General\\Child", 0, nullptr, 0,
+                                                            KEY_WRITE, nullptr, child.Put(), nullptr));
 }

@@ -1,352 +1,159 @@
-// A control on the common base connected to the front end: the container, the services it hands out
-// and what the control keeps of them.
-#include <gtest/gtest.h>
-#include "frontend/context_menu_standin.h"
+// A control on the common base and the front end's services: fetched when first asked, cached, given back;
+// the GUI service made without a container; the plug-in behind its registry switch.
 #include "frontend/event_parameter_standin.h"
 #include "frontend/gui_service_standin.h"
 #include "frontend/plugin_service_standin.h"
 #include "guicontrol/hook_recorder.h"
-#include "support/registry_helpers.h"
 
 using tov::ComPtr;
 using tovfe::CacheOnlyServiceStandIn;
-using tovtest::HookRecorder;
+using Service = CTOVGUIControlBase::Service;
+using Texts = std::vector<std::wstring>;
+using ControlBase = tovtest::GUIControlTest;
 
 namespace {
 
-ULONG Refs(IUnknown* p)
-{
-    p->AddRef();
-    return p->Release();
-}
+ULONG Refs(IUnknown* p) { p->AddRef(); return p->Release(); }
 
-struct CacheOnly {
-    CTOVGUIControlBase::Service which;
-    const GUID* sid;
-    const IID* iid;
-    const wchar_t* sidText;
-};
-
-const CacheOnly kCacheOnly[] = {
-    {CTOVGUIControlBase::Service::Service7, &SID_TOVService7, &IID_ITOVService7, L"GetService({C1B82522-6E27-11D2-87C5-000000000000})"},
-    {CTOVGUIControlBase::Service::Service8, &SID_TOVService8, &IID_ITOVService8, L"GetService({8D3F88B2-B5F5-4E4A-B4B6-2109D517B8BE})"},
-    {CTOVGUIControlBase::Service::Service9, &SID_TOVService9, &IID_ITOVService9, L"GetService({A6DCC191-C4A3-4B7B-8041-52D280722E86})"},
-    {CTOVGUIControlBase::Service::Service10, &SID_TOVService10, &IID_ITOVService10, L"GetService({62CFD1F3-018B-438B-8940-6C106BF6FE6D})"},
-    {CTOVGUIControlBase::Service::Service11, &SID_TOVService11, &IID_ITOVService11, L"GetService({0B052FD7-1A76-4296-BC4F-4FA92368AD40})"},
-};
-
-// A class object that hands out one existing object, as a front end's registered class would.
-class OneObjectFactory final : public IClassFactory {
-public:
-    explicit OneObjectFactory(IUnknown* object) : m_object(object) {}
+// A class object handing out one existing object, as a front end's registered class would.
+struct OneObjectFactory final : IClassFactory {
+    explicit OneObjectFactory(IUnknown* p) : object(p) {}
     STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
     {
-        if (!ppv) return E_POINTER;
         *ppv = IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory) ? this : nullptr;
         return *ppv ? S_OK : E_NOINTERFACE;
     }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; } // it lives on the test's stack
     STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown*, REFIID riid, void** ppv) override
-    {
-        ++creations;
-        return m_object->QueryInterface(riid, ppv);
-    }
+    STDMETHODIMP CreateInstance(IUnknown*, REFIID riid, void** ppv) override { return object->QueryInterface(riid, ppv); }
     STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-    int creations = 0;
-
-private:
-    ComPtr<IUnknown> m_object;
-};
-
-class ControlBase : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        control = HookRecorder::Create();
-        tovfe::MakeFrontend(container, sink);
-        menus = tovfe::ContextMenuServiceStandIn::Create();
-        container->AddService(SID_TOVContextMenuService, static_cast<ITOVContextMenuService*>(menus.Get()));
-        for (const auto& s : kCacheOnly) {
-            cacheOnly.push_back(CacheOnlyServiceStandIn::Create(*s.iid));
-            container->AddService(*s.sid, static_cast<IDispatch*>(cacheOnly.back().Get()));
-        }
-    }
-    void TearDown() override { tovtest::DeleteTree(HKEY_CURRENT_USER, L"Software\\TOV\\General"); }
-
-    IUnknown* Container() const { return static_cast<ITOVFrontendContainer*>(container.Get()); }
-
-    ComPtr<HookRecorder> control;
-    ComPtr<tovfe::FrontendContainer> container;
-    ComPtr<tovfe::TraceSinkStandIn> sink;
-    ComPtr<tovfe::ContextMenuServiceStandIn> menus;
-    std::vector<ComPtr<CacheOnlyServiceStandIn>> cacheOnly;
+    ComPtr<IUnknown> object;
 };
 
 } // namespace
 
-TEST_F(ControlBase, ObjectWithoutTheContainerInterfaceLeavesItUnconnected)
+TEST_F(ControlBase, OnlyAContainerConnectsAndItsServicesAreFetchedLazilyAndCached)
 {
     auto notAContainer = CacheOnlyServiceStandIn::Create(IID_ITOVService7);
     EXPECT_EQ(S_OK, control->SetContainer(static_cast<IDispatch*>(notAContainer.Get())));
     EXPECT_FALSE(control->IsConnected());
-    EXPECT_TRUE(control->hooks.empty());
-    EXPECT_EQ(nullptr, control->GetTraceSink());
-    EXPECT_EQ(nullptr, control->GetContextMenuService());
     EXPECT_EQ(1u, Refs(static_cast<IDispatch*>(notAContainer.Get()))) << "nothing kept of it";
-
     EXPECT_EQ(S_OK, control->SetContainer(nullptr));
-    EXPECT_TRUE(control->hooks.empty()) << "never connected: no disconnection";
-}
+    EXPECT_TRUE(control->hooks.empty()) << "neither connected nor disconnected";
 
-TEST_F(ControlBase, ConnectingRunsTheHookAndFetchesServicesOnlyWhenAsked)
-{
-    const ULONG containerRefs = Refs(Container());
     EXPECT_EQ(S_OK, control->SetContainer(Container()));
     EXPECT_TRUE(control->IsConnected());
-    EXPECT_EQ(std::vector<std::wstring>{L"OnContainerConnected"}, control->hooks);
+    EXPECT_EQ(Texts{L"OnContainerConnected"}, control->hooks);
     EXPECT_TRUE(container->Log().Calls().empty()) << "services are fetched lazily";
-    EXPECT_EQ(containerRefs + 1, Refs(Container()));
-
-    EXPECT_EQ(static_cast<ITOVTraceSink*>(sink.Get()), control->GetTraceSink());
-    EXPECT_EQ(static_cast<ITOVTraceSink*>(sink.Get()), control->GetTraceSink());
-    EXPECT_EQ(static_cast<ITOVContextMenuService*>(menus.Get()), control->GetContextMenuService());
-    EXPECT_EQ(static_cast<ITOVContextMenuService*>(menus.Get()), control->GetContextMenuService());
-    EXPECT_EQ((std::vector<std::wstring>{L"GetService({7BB065F4-3E8E-11D3-90E3-006094B9D64F})",
-                                         L"GetService({0738DC8E-82BD-11D2-B43F-006094B9D64F})"}),
-              container->Log().Texts())
-        << "each service fetched once, then cached";
-    EXPECT_EQ(nullptr, control->GetFrontendInfoService()) << "a service the front end does not offer";
-    EXPECT_EQ(nullptr, control->GetFrontendInfoService());
-    EXPECT_EQ(4u, container->Log().Count(L"GetService")) << "a missing service is asked for again";
-}
-
-TEST_F(ControlBase, TheFiveCacheOnlyServicesHaveTheirIdentities)
-{
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    for (size_t i = 0; i < std::size(kCacheOnly); ++i) {
-        SCOPED_TRACE(i);
-        container->Log().Clear();
-        IUnknown* service = control->GetCachedService(kCacheOnly[i].which);
-        EXPECT_EQ(static_cast<IDispatch*>(cacheOnly[i].Get()), service);
-        EXPECT_EQ(service, control->GetCachedService(kCacheOnly[i].which));
-        EXPECT_EQ(std::vector<std::wstring>{kCacheOnly[i].sidText}, container->Log().Texts());
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(static_cast<ITOVTraceSink*>(sink.Get()), control->GetTraceSink());
+        EXPECT_EQ(static_cast<ITOVContextMenuService*>(menus.Get()), control->GetContextMenuService());
+        EXPECT_EQ(nullptr, control->GetFrontendInfoService()) << "a service the front end does not offer";
     }
-    EXPECT_EQ(static_cast<ITOVTraceSink*>(sink.Get()), control->GetCachedService(CTOVGUIControlBase::Service::TraceSink));
-    EXPECT_EQ(nullptr, control->GetCachedService(CTOVGUIControlBase::Service::Count));
+    EXPECT_EQ(4u, container->Log().Count(L"GetService")) << "each fetched once; the missing one asked again";
 
-    // A service object that does not answer its interface identity is not kept.
+    // Set again, now without a trace sink and with a service lacking its interface: no disconnection in
+    // between, nothing of the old cache left, and neither service kept.
+    container->AddService(SID_TOVTraceSink, nullptr);
     auto wrong = CacheOnlyServiceStandIn::Create(IID_ITOVService8);
     container->AddService(SID_TOVService7, static_cast<IDispatch*>(wrong.Get()));
-    control->SetContainer(Container());
-    EXPECT_EQ(nullptr, control->GetCachedService(CTOVGUIControlBase::Service::Service7));
-    EXPECT_EQ(2u, Refs(static_cast<IDispatch*>(wrong.Get()))) << "the container's and ours";
-}
-
-TEST_F(ControlBase, DisconnectionAndDestructionReleaseEverything)
-{
-    const ULONG containerRefs = Refs(Container());
-    const ULONG sinkRefs = Refs(static_cast<ITOVTraceSink*>(sink.Get()));
-    const ULONG menuRefs = Refs(static_cast<ITOVContextMenuService*>(menus.Get()));
-    auto drag = tovfe::DragDataStandIn::Create({L"C:\\a.txt"});
-
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    control->GetTraceSink();
-    control->GetContextMenuService();
-    for (const auto& s : kCacheOnly) control->GetCachedService(s.which);
-    control->HandleEvent(401, static_cast<IDataObject*>(drag.Get()));
-    EXPECT_EQ(sinkRefs + 1, Refs(static_cast<ITOVTraceSink*>(sink.Get())));
-    EXPECT_EQ(2u, Refs(static_cast<IDataObject*>(drag.Get())));
-
     control->hooks.clear();
-    EXPECT_EQ(S_OK, control->SetContainer(nullptr));
-    EXPECT_EQ(std::vector<std::wstring>{L"OnContainerDisconnecting"}, control->hooks);
-    EXPECT_FALSE(control->IsConnected());
-    EXPECT_EQ(containerRefs, Refs(Container()));
-    EXPECT_EQ(sinkRefs, Refs(static_cast<ITOVTraceSink*>(sink.Get())));
-    EXPECT_EQ(menuRefs, Refs(static_cast<ITOVContextMenuService*>(menus.Get())));
-    for (const auto& s : cacheOnly) EXPECT_EQ(2u, Refs(static_cast<IDispatch*>(s.Get()))) << "the container's and ours";
-    EXPECT_EQ(1u, Refs(static_cast<IDataObject*>(drag.Get())));
+    EXPECT_EQ(S_OK, control->SetContainer(Container()));
+    EXPECT_EQ(Texts{L"OnContainerConnected"}, control->hooks);
     EXPECT_EQ(nullptr, control->GetTraceSink());
-
-    // Connected again, then destroyed while connected.
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    control->GetTraceSink();
-    control->GetContextMenuService();
-    control->HandleEvent(401, static_cast<IDataObject*>(drag.Get()));
-    control.Reset();
-    EXPECT_EQ(containerRefs, Refs(Container()));
-    EXPECT_EQ(sinkRefs, Refs(static_cast<ITOVTraceSink*>(sink.Get())));
-    EXPECT_EQ(menuRefs, Refs(static_cast<ITOVContextMenuService*>(menus.Get())));
-    EXPECT_EQ(1u, Refs(static_cast<IDataObject*>(drag.Get())));
-}
-
-TEST_F(ControlBase, ChangingTheContainerDropsTheOldServices)
-{
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    EXPECT_EQ(static_cast<ITOVTraceSink*>(sink.Get()), control->GetTraceSink());
-
-    ComPtr<tovfe::FrontendContainer> other;
-    ComPtr<tovfe::TraceSinkStandIn> otherSink;
-    tovfe::MakeFrontend(other, otherSink);
-    control->hooks.clear();
-    EXPECT_EQ(S_OK, control->SetContainer(static_cast<ITOVFrontendContainer*>(other.Get())));
-    EXPECT_EQ(std::vector<std::wstring>{L"OnContainerConnected"}, control->hooks) << "no disconnection between two containers";
-    EXPECT_EQ(static_cast<ITOVTraceSink*>(otherSink.Get()), control->GetTraceSink());
-    EXPECT_EQ(nullptr, control->GetContextMenuService());
-}
-
-TEST_F(ControlBase, FailingOrThrowingContainersGiveNoService)
-{
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    container->AddService(SID_TOVTraceSink, nullptr);
-    EXPECT_EQ(nullptr, control->GetTraceSink());
+    EXPECT_EQ(nullptr, control->GetCachedService(Service::Service7));
+    EXPECT_EQ(2u, Refs(static_cast<IDispatch*>(wrong.Get()))) << "the container's and ours only";
     EXPECT_EQ(S_OK, control->ForwardToGUIService(5)) << "no GUI service: nothing to forward to";
-
-    // An exception in the connect hook is swallowed by SetContainer.
     control->throwIn = L"OnContainerConnected";
     EXPECT_EQ(S_OK, control->SetContainer(Container()));
 }
 
-TEST_F(ControlBase, PluginServiceOnlyWithTheSwitchOn)
+TEST_F(ControlBase, DisconnectionAndDestructionGiveEveryReferenceBack)
 {
-    auto plugin = tovfe::ControlPluginServiceStandIn::Create();
-    container->AddService(SID_TOVControlPluginService, static_cast<ITOVControlPluginService*>(plugin.Get()));
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-
-    tovtest::DeleteTree(HKEY_CURRENT_USER, L"Software\\TOV\\General");
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General", 0, nullptr, 0, KEY_WRITE,
-                                             nullptr, &key, nullptr));
-    const DWORD off = 0, on = 1;
-    RegSetValueExW(key, L"TOVGUIControlPlugin", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&off), 4);
-    EXPECT_EQ(nullptr, control->GetControlPluginService());
-    EXPECT_EQ(0u, container->Log().Count(L"GetService")) << "switched off: the service is not even asked for";
-
-    RegSetValueExW(key, L"TOVGUIControlPlugin", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), 4);
-    RegCloseKey(key);
-    EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
-    EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
-    // Without an information service or a code page the plug-in gets nothing and no UTF-8.
-    EXPECT_EQ(std::vector<std::wstring>{L"Connect(<null>, BOOL:false)"}, plugin->Log().Texts()) << "connected once";
-}
-
-TEST_F(ControlBase, WithoutAContainerTheGUIServiceIsCreatedDirectly)
-{
-    auto gui = tovfe::GUIServiceStandIn::Create();
-    OneObjectFactory factory(static_cast<ITOVGUIService*>(gui.Get()));
-    DWORD cookie = 0;
-    ASSERT_EQ(S_OK, CoRegisterClassObject(SID_TOVGUIService, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
-    EXPECT_EQ(static_cast<ITOVGUIService*>(gui.Get()), control->GetGUIService());
-    EXPECT_EQ(static_cast<ITOVGUIService*>(gui.Get()), control->GetGUIService());
-    EXPECT_EQ(1, factory.creations) << "created once, then cached";
-    EXPECT_EQ(nullptr, control->GetTraceSink()) << "the other services need a container";
-    CoRevokeClassObject(cookie);
-
-    // Connected, the container's GUI service replaces the one made directly.
     auto services = tovfe::AddGUIServices(*container.Get());
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    EXPECT_EQ(static_cast<ITOVGUIService*>(services.gui.Get()), control->GetGUIService());
-    EXPECT_EQ(static_cast<ITOVGUIService*>(services.gui.Get()),
-              control->GetCachedService(CTOVGUIControlBase::Service::GUIService));
+    auto drag = tovfe::DragDataStandIn::Create({L"C:\\a.txt"});
+    const std::vector<IUnknown*> held = {Container(), static_cast<ITOVTraceSink*>(sink.Get()),
+                                         static_cast<ITOVContextMenuService*>(menus.Get()),
+                                         static_cast<ITOVGUIService*>(services.gui.Get()),
+                                         static_cast<ITOVGUIServiceChild*>(&services.gui->Child()),
+                                         static_cast<ITOVFrontendInfoService*>(services.info.Get()),
+                                         static_cast<IDataObject*>(drag.Get())};
+    const auto refs = [&] { std::vector<ULONG> counts; for (IUnknown* p : held) counts.push_back(Refs(p)); return counts; };
+    const auto use = [&] {
+        control->SetContainer(Container());
+        for (size_t i = 0; i < size_t(Service::Count); ++i) control->GetCachedService(Service(i));
+        control->HandleEvent(401, static_cast<IDataObject*>(drag.Get()));
+    };
+    const auto before = refs();
+    use();
+    const auto used = refs();
+    for (size_t i = 0; i < held.size(); ++i) EXPECT_GT(used[i], before[i]) << "object " << i << " is held";
+
+    control->hooks.clear();
+    EXPECT_EQ(S_OK, control->SetContainer(nullptr));
+    EXPECT_EQ(Texts{L"OnContainerDisconnecting"}, control->hooks);
+    EXPECT_FALSE(control->IsConnected());
+    EXPECT_EQ(before, refs());
+    EXPECT_EQ(nullptr, control->GetTraceSink());
+
+    use();
+    control.Reset();
+    EXPECT_EQ(before, refs()) << "destroyed while connected";
 }
 
-TEST_F(ControlBase, CodePageComesFromTheGUIServiceChild)
+TEST_F(ControlBase, GUIServiceIsMadeWithoutAContainerAndGivesCodePageAndForwardTarget)
 {
+    auto made = tovfe::GUIServiceStandIn::Create();
+    OneObjectFactory factory(static_cast<ITOVGUIService*>(made.Get()));
+    {
+        tovfe::RegisteredClass registered(SID_TOVGUIService, &factory);
+        EXPECT_EQ(static_cast<ITOVGUIService*>(made.Get()), control->GetGUIService());
+    }
+    EXPECT_EQ(static_cast<ITOVGUIService*>(made.Get()), control->GetGUIService()) << "cached";
+
+    // Connected, the container's GUI service is used instead.
     auto services = tovfe::AddGUIServices(*container.Get(), 65001);
     ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    EXPECT_EQ(65001u, control->FrontendCodePage());
-    EXPECT_EQ(65001u, control->FrontendCodePage());
-    EXPECT_EQ(1u, services.gui->Log().Count(L"GetServiceChild")) << "the child is cached";
-    EXPECT_EQ(2u, services.gui->Log().Count(L"GetCodePage")) << "the code page is asked each time";
-
+    EXPECT_EQ(65001u, control->FrontendCodePage(437));
     services.gui->Plan().Fail(L"GetCodePage", E_FAIL);
     EXPECT_EQ(437u, control->FrontendCodePage(437));
-    services.gui->Plan().Clear();
-    services.gui->withoutChild = true;
-    control->SetContainer(Container());
-    EXPECT_EQ(nullptr, control->GetGUIServiceChild());
-    EXPECT_EQ(437u, control->FrontendCodePage(437));
-}
-
-TEST_F(ControlBase, Event106TellsTheGUIServiceTheNewDpi)
-{
-    auto services = tovfe::AddGUIServices(*container.Get());
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    const auto dpi = [&](const tovfe::EventParameterDescription& d, bool withParameter = true) {
-        services.gui->Log().Clear();
-        control->hooks.clear();
-        auto p = tovfe::EventParameterStandIn::Create(d);
-        EXPECT_EQ(1, control->HandleEvent(106, withParameter ? static_cast<ITOVEventParameter*>(p.Get()) : nullptr));
-        return services.gui->Log().Texts();
-    };
-    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(144, 150, 150)"},
-              dpi({{L"dpi_change", {{L"dpi", L"144"}, {L"scalingFactor_x", L"150"}, {L"scalingFactor_y", L"150"}}}}));
-    EXPECT_EQ(std::vector<std::wstring>{L"OnEvent106 with parameter"}, control->hooks);
-    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(-1, -1, -1)"}, dpi({{L"display", {{L"dpi", L"96"}}}}))
-        << "without dpi_change";
-    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(-1, -1, -1)"}, dpi({}, false)) << "without a parameter";
-    EXPECT_TRUE(control->hooks.empty()) << "no parameter: no 106 hook";
-
-    // A failing or missing GUI service changes nothing for the control.
-    services.gui->Plan().Fail(L"OnDpiChanged", E_FAIL);
-    EXPECT_EQ(std::vector<std::wstring>{L"OnDpiChanged(96, -1, -1)"}, dpi({{L"dpi_change", {{L"dpi", L"96"}}}}));
-    EXPECT_EQ(std::vector<std::wstring>{L"OnEvent106 with parameter"}, control->hooks);
-    container->AddService(SID_TOVGUIService, nullptr);
-    control->SetContainer(Container());
-    EXPECT_TRUE(dpi({{L"dpi_change", {{L"dpi", L"96"}}}}).empty());
-    EXPECT_EQ(std::vector<std::wstring>{L"OnEvent106 with parameter"}, control->hooks);
-}
-
-TEST_F(ControlBase, ForwardToGUIServiceReachesTheForwardTarget)
-{
-    auto services = tovfe::AddGUIServices(*container.Get());
-    ASSERT_EQ(S_OK, control->SetContainer(Container()));
-    EXPECT_EQ(S_OK, control->ForwardToGUIService(42));
-    EXPECT_EQ((std::vector<std::wstring>{L"GetForwardTarget()", L"Forward(42)"}), services.gui->Log().Texts());
-
-    services.gui->Log().Clear();
-    services.gui->withoutForwardTarget = true;
-    EXPECT_EQ(S_OK, control->ForwardToGUIService(7));
-    services.gui->withoutForwardTarget = false;
     services.gui->Plan().Fail(L"GetForwardTarget", E_FAIL);
     EXPECT_EQ(S_OK, control->ForwardToGUIService(8));
-    EXPECT_EQ((std::vector<std::wstring>{L"GetForwardTarget()", L"GetForwardTarget()"}), services.gui->Log().Texts());
     services.gui->Plan().Clear();
+    EXPECT_EQ(S_OK, control->ForwardToGUIService(42));
+    EXPECT_EQ((Texts{L"GetServiceChild()", L"GetCodePage()", L"GetCodePage()", L"GetForwardTarget()", L"GetForwardTarget()",
+                     L"Forward(42)"}),
+              services.gui->Log().Texts()) << "the child is cached";
     services.gui->Plan().Throw(L"Forward");
     EXPECT_EQ(E_UNEXPECTED, control->ForwardToGUIService(9)) << "nothing is thrown back to the front end";
 }
 
-TEST_F(ControlBase, PluginServiceGetsTheFrontendsValueAndWhetherItRunsInUtf8)
+TEST_F(ControlBase, PluginServiceOnlyWithTheSwitchOnConnectedWithTheFrontendsValue)
 {
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General", 0, nullptr, 0, KEY_WRITE,
-                                             nullptr, &key, nullptr));
-    const DWORD on = 1;
-    RegSetValueExW(key, L"TOVGUIControlPlugin", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), 4);
-    RegCloseKey(key);
-
-    for (UINT codePage : {65001u, 1252u}) {
-        SCOPED_TRACE(codePage);
-        auto plugin = tovfe::ControlPluginServiceStandIn::Create();
-        container->AddService(SID_TOVControlPluginService, static_cast<ITOVControlPluginService*>(plugin.Get()));
-        auto services = tovfe::AddGUIServices(*container.Get(), codePage);
-        services.info->pluginValue = L"cfg=1";
-        ASSERT_EQ(S_OK, control->SetContainer(Container()));
-        EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
-        EXPECT_EQ(std::vector<std::wstring>{codePage == 65001 ? L"Connect(cfg=1, BOOL:true)" : L"Connect(cfg=1, BOOL:false)"},
-                  plugin->Log().Texts());
-        EXPECT_EQ((std::vector<std::wstring>{L"GetPluginValue()", L"GetServiceChild()", L"GetCodePage()"}),
-                  services.gui->Log().Texts());
-    }
-
-    // A failing information service or plug-in still gives the service; nothing is let through.
     auto plugin = tovfe::ControlPluginServiceStandIn::Create();
-    plugin->Plan().Fail(L"Connect", E_FAIL);
     container->AddService(SID_TOVControlPluginService, static_cast<ITOVControlPluginService*>(plugin.Get()));
-    auto services = tovfe::AddGUIServices(*container.Get());
+    const auto setSwitch = [](DWORD on) {
+        ASSERT_EQ(ERROR_SUCCESS, RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\TOV\\General", L"TOVGUIControlPlugin", REG_DWORD, &on, 4));
+    };
+    const auto connect = [&] { // connected anew, the service is had twice; what the plug-in was told
+        plugin->Log().Clear();
+        control->SetContainer(Container());
+        for (int twice = 0; twice < 2; ++twice)
+            EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
+        return plugin->Log().Texts();
+    };
+    setSwitch(0);
+    ASSERT_EQ(S_OK, control->SetContainer(Container()));
+    EXPECT_EQ(nullptr, control->GetControlPluginService());
+    EXPECT_EQ(0u, container->Log().Count(L"GetService")) << "switched off: the service is not even asked for";
+    setSwitch(1);
+    EXPECT_EQ(Texts{L"Connect(<null>, BOOL:false)"}, connect()) << "connected once; no value, no UTF-8";
+    // The information service's value, and whether the front end runs in UTF-8; failures let nothing through.
+    auto services = tovfe::AddGUIServices(*container.Get(), 65001);
+    services.info->pluginValue = L"cfg=1";
+    EXPECT_EQ(Texts{L"Connect(cfg=1, BOOL:true)"}, connect());
+    services.gui->Child().codePage = 1252;
     services.info->Plan().Fail(L"GetPluginValue", E_FAIL);
-    control->SetContainer(Container());
-    EXPECT_EQ(static_cast<ITOVControlPluginService*>(plugin.Get()), control->GetControlPluginService());
-    EXPECT_EQ(std::vector<std::wstring>{L"Connect(<null>, BOOL:false)"}, plugin->Log().Texts());
+    plugin->Plan().Fail(L"Connect", E_FAIL);
+    EXPECT_EQ(Texts{L"Connect(<null>, BOOL:false)"}, connect());
 }

@@ -1,8 +1,7 @@
-// Connection points kept inside their owner: finding and enumerating the points, advising and unadvising
-// sinks with slot cookies, enumerating connections, and the references all of these hold.
+// Connection points kept inside their owner: finding and enumerating them, slot cookies with reuse of a
+// freed slot, refused sinks and cookies, and the references all of these hold and give back.
 #include <gtest/gtest.h>
 #include <olectl.h>
-#include <vector>
 #include "counting_object.h"
 #include "framework/com_ptr.h"
 #include "framework/connection_points.h"
@@ -13,7 +12,7 @@ using tovtest::CountingObject;
 
 namespace {
 
-// Sinks for the two outgoing interfaces: the counting object answers the one it is made for.
+// Sinks for the two outgoing interfaces: a counting object answers the one it is made for.
 const IID& kFirstIid = IID_IPropertyNotifySink;
 const IID& kSecondIid = IID_IAdviseSink;
 
@@ -25,8 +24,7 @@ public:
         return Lookup(riid, {tov::Entry<IPersist>(IID_IPersist, this),
                              tov::Entry<IConnectionPointContainer>(IID_IConnectionPointContainer, this)});
     }
-    STDMETHODIMP GetClassID(CLSID* p) override { if (p) *p = CLSID_NULL; return S_OK; }
-
+    STDMETHODIMP GetClassID(CLSID*) override { return E_NOTIMPL; }
     tov::EventConnectionPoint first{*static_cast<IPersist*>(this), *this, kFirstIid};
     tov::EventConnectionPoint second{*static_cast<IPersist*>(this), *this, kSecondIid};
 
@@ -34,13 +32,13 @@ protected:
     std::vector<tov::EventConnectionPoint*> ConnectionPoints() override { return {&first, &second}; }
 };
 
-ComPtr<Source> MakeSource()
+// The sinks a test advises must be declared before this, so that they outlive the source.
+ComPtr<IConnectionPointContainer> MakeSource(Source*& source)
 {
-    void* pv = nullptr;
-    EXPECT_EQ(S_OK, tov::ObjectRoot::CreateInstance<Source>(nullptr, IID_IPersist, &pv));
-    ComPtr<Source> s;
-    s.Attach(static_cast<Source*>(static_cast<IPersist*>(pv)));
-    return s;
+    ComPtr<IConnectionPointContainer> cpc;
+    EXPECT_EQ(S_OK, tov::ObjectRoot::CreateInstance<Source>(nullptr, IID_IConnectionPointContainer, cpc.PutVoid()));
+    source = static_cast<Source*>(cpc.Get());
+    return cpc;
 }
 
 ULONG RefsOf(IUnknown* p)
@@ -51,136 +49,70 @@ ULONG RefsOf(IUnknown* p)
 
 } // namespace
 
-TEST(ConnectionPoints, FoundByInterfaceAndEnumeratedInOrder)
+TEST(ConnectionPoints, FoundByInterfaceEnumeratedInOrderAndTheirReferencesGivenBack)
 {
-    auto source = MakeSource();
-    ComPtr<IConnectionPointContainer> cpc;
-    ASSERT_EQ(S_OK, source->QueryInterface(IID_IConnectionPointContainer, cpc.PutVoid()));
+    Source* source = nullptr;
+    auto cpc = MakeSource(source);
     const ULONG refs = RefsOf(cpc.Get());
+    {
+        ComPtr<IConnectionPoint> point, first, second;
+        ASSERT_EQ(S_OK, cpc->FindConnectionPoint(kSecondIid, point.Put()));
+        EXPECT_EQ(&source->second, point.Get());
+        EXPECT_EQ(CONNECT_E_NOCONNECTION, cpc->FindConnectionPoint(IID_IDispatch, point.Put()));
+        EXPECT_FALSE(point);
 
-    ComPtr<IConnectionPoint> point;
-    ASSERT_EQ(S_OK, cpc->FindConnectionPoint(kSecondIid, point.Put()));
-    EXPECT_EQ(&source->second, point.Get());
-    EXPECT_EQ(refs + 1, RefsOf(cpc.Get())) << "a point counts on its owner";
-    IID iid{};
-    EXPECT_EQ(S_OK, point->GetConnectionInterface(&iid));
-    EXPECT_TRUE(IsEqualIID(kSecondIid, iid));
-    ComPtr<IConnectionPointContainer> back;
-    ASSERT_EQ(S_OK, point->GetConnectionPointContainer(back.Put()));
-    EXPECT_EQ(cpc.Get(), back.Get());
-    ComPtr<IUnknown> pointUnk;
-    EXPECT_EQ(S_OK, point->QueryInterface(IID_IUnknown, pointUnk.PutVoid()));
-    EXPECT_EQ(E_NOINTERFACE, point->QueryInterface(IID_IPersist, pointUnk.PutVoid()));
-    back.Reset();
-    point.Reset();
-
-    IConnectionPoint* none = reinterpret_cast<IConnectionPoint*>(1);
-    EXPECT_EQ(CONNECT_E_NOCONNECTION, cpc->FindConnectionPoint(IID_IDispatch, &none));
-    EXPECT_EQ(nullptr, none);
-    EXPECT_EQ(E_POINTER, cpc->FindConnectionPoint(kFirstIid, nullptr));
-
-    ComPtr<IEnumConnectionPoints> points;
-    ASSERT_EQ(S_OK, cpc->EnumConnectionPoints(points.Put()));
-    IConnectionPoint* got[3] = {};
-    ULONG fetched = 0;
-    EXPECT_EQ(S_FALSE, points->Next(3, got, &fetched)) << "fewer than asked for";
-    ASSERT_EQ(2u, fetched);
-    EXPECT_EQ(&source->first, got[0]);
-    EXPECT_EQ(&source->second, got[1]);
-    got[0]->Release();
-    got[1]->Release();
-    EXPECT_EQ(E_POINTER, points->Next(2, got, nullptr));
-    EXPECT_EQ(S_OK, points->Reset());
-    EXPECT_EQ(S_OK, points->Skip(1));
-    ComPtr<IEnumConnectionPoints> clone;
-    ASSERT_EQ(S_OK, points->Clone(clone.Put()));
-    EXPECT_EQ(S_OK, clone->Next(1, got, nullptr));
-    EXPECT_EQ(&source->second, got[0]) << "a clone starts where its original stands";
-    got[0]->Release();
-    EXPECT_EQ(S_FALSE, clone->Skip(5));
-    points.Reset();
-    clone.Reset();
-    EXPECT_EQ(refs, RefsOf(cpc.Get())) << "the enumerators gave back their references";
+        ComPtr<IEnumConnectionPoints> points, clone;
+        ASSERT_EQ(S_OK, cpc->EnumConnectionPoints(points.Put()));
+        ASSERT_EQ(S_OK, points->Next(1, first.Put(), nullptr));
+        EXPECT_EQ(&source->first, first.Get());
+        ASSERT_EQ(S_OK, points->Clone(clone.Put()));
+        ASSERT_EQ(S_OK, clone->Next(1, second.Put(), nullptr));
+        EXPECT_EQ(&source->second, second.Get()) << "a clone goes on where its original stands";
+        EXPECT_EQ(S_FALSE, clone->Skip(5));
+        IConnectionPoint* raw[2] = {};
+        EXPECT_EQ(E_POINTER, points->Next(2, raw, nullptr)) << "more than one needs a count";
+    }
+    EXPECT_EQ(refs, RefsOf(cpc.Get())) << "points and enumerators count on their owner and let go";
 }
 
-TEST(ConnectionPoints, AdviseKeepsSinksInSlotOrderAndReusesFreedSlots)
+TEST(ConnectionPoints, CookiesAreSlotsInOrderAFreedSlotIsTakenAgainAndWrongOnesAreRefused)
 {
-    auto source = MakeSource();
-    CountingObject a(kFirstIid), b(kFirstIid), c(kFirstIid), d(kFirstIid);
-    DWORD ca = 0, cb = 0, cc = 0, cd = 0;
-    EXPECT_EQ(S_OK, source->first.Advise(&a, &ca));
-    EXPECT_EQ(S_OK, source->first.Advise(&b, &cb));
-    EXPECT_EQ(S_OK, source->first.Advise(&c, &cc));
-    EXPECT_EQ(1u, ca);
-    EXPECT_EQ(2u, cb);
-    EXPECT_EQ(3u, cc);
-    EXPECT_EQ(2u, b.refs) << "a connection holds one reference on its sink";
-
-    EXPECT_EQ(S_OK, source->first.Unadvise(cb));
-    EXPECT_EQ(1u, b.refs);
-    EXPECT_EQ(S_OK, source->first.Advise(&d, &cd));
-    EXPECT_EQ(2u, cd) << "the freed slot is taken again";
-    {
-        const auto sinks = source->first.Sinks();
-        ASSERT_EQ(3u, sinks.size());
-        EXPECT_EQ(static_cast<IUnknown*>(&a), sinks[0].Get());
-        EXPECT_EQ(static_cast<IUnknown*>(&d), sinks[1].Get());
-        EXPECT_EQ(static_cast<IUnknown*>(&c), sinks[2].Get());
-        EXPECT_TRUE(source->second.Sinks().empty()) << "points keep their sinks apart";
-
-        // The snapshot keeps its sinks while one of them is unadvised during the walk.
-        for (const auto& sink : sinks)
-            if (sink.Get() == static_cast<IUnknown*>(&a)) source->first.Unadvise(ca);
-        EXPECT_EQ(2u, source->first.Sinks().size());
-        EXPECT_EQ(2u, a.refs) << "only the snapshot holds it now";
-    }
-    EXPECT_EQ(1u, a.refs);
+    CountingObject a(kFirstIid), b(kFirstIid), c(kFirstIid), d(kFirstIid), wrong(kSecondIid);
+    CountingObject* const sinks[] = {&a, &b, &c, &d, &wrong};
+    Source* source = nullptr;
+    auto cpc = MakeSource(source);
+    DWORD cookies[5] = {};
+    for (int i = 0; i < 3; ++i) ASSERT_EQ(S_OK, source->first.Advise(sinks[i], &cookies[i]));
+    EXPECT_EQ(S_OK, source->first.Unadvise(cookies[1]));
+    EXPECT_EQ(1u, b.refs) << "unadvising gives the sink back";
+    ASSERT_EQ(S_OK, source->first.Advise(&d, &cookies[3]));
+    cookies[4] = 7;
+    EXPECT_EQ(CONNECT_E_CANNOTCONNECT, source->first.Advise(&wrong, &cookies[4])) << "a sink without the interface";
+    EXPECT_EQ(0u, cookies[4]);
+    EXPECT_EQ(E_POINTER, source->first.Advise(nullptr, &cookies[4]));
+    EXPECT_EQ(E_POINTER, source->first.Advise(&a, nullptr));
 
     ComPtr<IEnumConnections> connections;
     ASSERT_EQ(S_OK, source->first.EnumConnections(connections.Put()));
     CONNECTDATA data[4] = {};
     ULONG fetched = 0;
-    EXPECT_EQ(S_FALSE, connections->Next(4, data, &fetched));
-    ASSERT_EQ(2u, fetched);
-    EXPECT_EQ(static_cast<IUnknown*>(&d), data[0].pUnk);
-    EXPECT_EQ(2u, data[0].dwCookie);
-    EXPECT_EQ(static_cast<IUnknown*>(&c), data[1].pUnk);
-    EXPECT_EQ(3u, data[1].dwCookie);
-    EXPECT_EQ(4u, c.refs) << "connection, enumerator snapshot and the fetched data";
-    data[0].pUnk->Release();
-    data[1].pUnk->Release();
+    EXPECT_EQ(S_FALSE, connections->Next(4, data, &fetched)) << "fewer than asked for";
+    ASSERT_EQ(3u, fetched);
+    const std::pair<IUnknown*, DWORD> expected[] = {{&a, 1}, {&d, 2}, {&c, 3}}; // d took the freed slot
+    for (ULONG i = 0; i < fetched; ++i) {
+        ComPtr<IUnknown> held;
+        held.Attach(data[i].pUnk);
+        EXPECT_EQ(expected[i].first, held.Get()) << i;
+        EXPECT_EQ(expected[i].second, data[i].dwCookie) << i;
+    }
     connections.Reset();
-    EXPECT_EQ(2u, c.refs);
 
-    source->first.UnadviseAll();
-    EXPECT_EQ(1u, c.refs);
-    EXPECT_EQ(1u, d.refs);
-}
-
-TEST(ConnectionPoints, WrongSinksAndBadCookiesAreRefused)
-{
-    auto source = MakeSource();
-    CountingObject wrong(kSecondIid);
-    DWORD cookie = 7;
-    EXPECT_EQ(CONNECT_E_CANNOTCONNECT, source->first.Advise(&wrong, &cookie));
-    EXPECT_EQ(0u, cookie);
-    EXPECT_EQ(1u, wrong.refs) << "a refused sink keeps no reference";
-    cookie = 7;
-    EXPECT_EQ(E_POINTER, source->first.Advise(nullptr, &cookie));
-    EXPECT_EQ(0u, cookie);
-    EXPECT_EQ(E_POINTER, source->first.Advise(&wrong, nullptr));
-
-    CountingObject right(kFirstIid);
-    ASSERT_EQ(S_OK, source->first.Advise(&right, &cookie));
-    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(0));
-    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(cookie + 1));
-    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(0xFFFFFFFFu));
-    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->second.Unadvise(cookie)) << "a cookie of another point";
-    EXPECT_EQ(S_OK, source->first.Unadvise(cookie));
-    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(cookie)) << "twice";
-    EXPECT_EQ(1u, right.refs);
-
+    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->second.Unadvise(1)) << "a cookie of another point";
+    for (DWORD bad : {0ul, 4ul, 0xFFFFFFFFul}) EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(bad)) << bad;
+    EXPECT_EQ(S_OK, source->first.Unadvise(3));
+    EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(3)) << "twice";
+    EXPECT_EQ(E_POINTER, cpc->FindConnectionPoint(kFirstIid, nullptr));
     EXPECT_EQ(E_POINTER, source->first.EnumConnections(nullptr));
-    EXPECT_EQ(E_POINTER, source->first.GetConnectionInterface(nullptr));
-    EXPECT_EQ(E_POINTER, source->first.GetConnectionPointContainer(nullptr));
+    source->first.UnadviseAll();
+    for (const CountingObject* sink : sinks) EXPECT_EQ(1u, sink->refs) << "no sink keeps a reference";
 }

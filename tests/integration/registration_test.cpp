@@ -1,13 +1,15 @@
 // Registration with the platform's regsvr32 in the test prefix: every key of the registration script,
-// the type library, the front end's component key, and their removal.
+// the type library and the front end's component key; their removal, failures reported as HRESULTs, and
+// the per-user type-library registration.
 #include <gtest/gtest.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
-#include "support/ocx.h"
+#include "framework/handles.h"
 #include "support/import_hook.h"
+#include "support/ocx.h"
 #include "support/registry_helpers.h"
 
 using namespace tovtest;
@@ -19,17 +21,29 @@ const std::wstring kTypeLibKey = L"TypeLib\\{E677A061-08FE-11D1-A900-080009B0CB9
 const std::wstring kComponentsKey = L"SOFTWARE\\TOV\\General\\Frontend\\Components";
 const std::wstring kComponentKey = kComponentsKey + L"\\HTMLViewerControl";
 
-int Regsvr32(const std::wstring& args) { return RunProcess(L"regsvr32.exe /s " + args); }
-int Register(const std::wstring& file = OcxPath()) { return Regsvr32(L"\"" + file + L"\""); }
-int Unregister(const std::wstring& file = OcxPath()) { return Regsvr32(L"/u \"" + file + L"\""); }
+int Register(const std::wstring& file = OcxPath(), const std::wstring& options = L"/s ")
+{
+    return RunProcess(L"regsvr32.exe " + options + L"\"" + file + L"\"");
+}
+int Unregister() { return Register(OcxPath(), L"/s /u "); }
+
+void CreateKey(const std::wstring& path, DWORD options = 0)
+{
+    tov::UniqueHKey key;
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, options, KEY_WRITE, nullptr, key.Put(), nullptr));
+}
+
+// Paths of the OCX as the registry holds them may differ from ours in case only.
+std::wstring Lower(std::optional<std::wstring> s)
+{
+    std::wstring r = s.value_or(L"<missing>");
+    CharLowerW(r.data());
+    return r;
+}
 
 class Registration : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        Unregister();
-        DeleteTree(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV");
-    }
+    void SetUp() override { TearDown(); }
     void TearDown() override
     {
         Unregister();
@@ -53,13 +67,9 @@ void ExpectEveryScriptEntry()
     EXPECT_EQ(L"TOV.HTMLIEControl", ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\VersionIndependentProgID"));
     for (const wchar_t* empty : {L"Programmable", L"Control", L"Insertable"})
         EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, kClassKey + L"\\" + empty)) << empty;
-    auto server = ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\InprocServer32");
-    ASSERT_TRUE(server.has_value());
-    EXPECT_EQ(0, _wcsicmp(module.c_str(), server->c_str())) << "InprocServer32 names the OCX";
+    EXPECT_EQ(Lower(module), Lower(ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\InprocServer32")));
     EXPECT_EQ(L"Apartment", ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\InprocServer32", L"ThreadingModel"));
-    auto bitmap = ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\ToolboxBitmap32");
-    ASSERT_TRUE(bitmap.has_value());
-    EXPECT_EQ(0, _wcsicmp((module + L", 1").c_str(), bitmap->c_str()));
+    EXPECT_EQ(Lower(module + L", 1"), Lower(ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\ToolboxBitmap32")));
     EXPECT_EQ(L"0", ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\MiscStatus"));
     EXPECT_EQ(L"131473", ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\MiscStatus\\1"));
     // Kept as the front end has always found it: the class identity, not the library's.
@@ -67,84 +77,71 @@ void ExpectEveryScriptEntry()
     EXPECT_EQ(L"1.1", ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\Version"));
 
     EXPECT_EQ(L"TOV HTML Control", ReadString(HKEY_CLASSES_ROOT, kTypeLibKey));
-    auto tlb = ReadString(HKEY_CLASSES_ROOT, kTypeLibKey + L"\\0\\win64");
-    ASSERT_TRUE(tlb.has_value());
-    EXPECT_EQ(0, _wcsicmp(module.c_str(), tlb->c_str()));
+    EXPECT_EQ(Lower(module), Lower(ReadString(HKEY_CLASSES_ROOT, kTypeLibKey + L"\\0\\win64")));
 
     EXPECT_EQ(L"{2D502E4F-B818-41F9-9B33-0E9B0C64BEA6}", ReadString(HKEY_LOCAL_MACHINE, kComponentKey, L"CLSID"));
     EXPECT_EQ(L"HTMLViewer", ReadString(HKEY_LOCAL_MACHINE, kComponentKey, L"DisplayName"));
 }
 
-std::wstring CopyOfOcx(const wchar_t* name, size_t keepBytes, bool scramble)
+// The per-user switch as the ATL runtime keeps it (Wine's runtime only stubs it) and the per-user type
+// library registration it leads to: the OCX finds both at run time and is handed these fakes.
+bool g_perUserAsked = false;
+int g_perUserRegistrations = 0;
+HRESULT WINAPI FakeAtlGetPerUserRegistration(bool* perUser) { *perUser = g_perUserAsked; return S_OK; }
+HRESULT WINAPI CountRegisterTypeLibForUser(ITypeLib*, OLECHAR*, OLECHAR*) { ++g_perUserRegistrations; return S_OK; }
+FARPROC WINAPI LookUp(HMODULE module, LPCSTR name)
 {
-    std::ifstream in(std::filesystem::path(OcxPath()), std::ios::binary);
-    std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (keepBytes < bytes.size()) bytes.resize(keepBytes);
-    if (scramble)
-        for (size_t i = 0x200; i < bytes.size(); i += 7) bytes[i] = static_cast<char>(bytes[i] ^ 0x5A);
-    const std::wstring path = TempDir() + name;
-    std::ofstream out(std::filesystem::path(path), std::ios::binary);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return path;
+    const std::string n = HIWORD(reinterpret_cast<ULONG_PTR>(name)) ? name : "";
+    if (n == "RegisterTypeLibForUser") return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CountRegisterTypeLibForUser));
+    if (n == "AtlGetPerUserRegistration") return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&FakeAtlGetPerUserRegistration));
+    return GetProcAddress(module, name);
 }
 
 } // namespace
 
 TEST_F(Registration, RegisterWritesEveryEntryAndTwiceChangesNothing)
 {
-    EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, kClassKey));
     ASSERT_EQ(0, Register());
     ExpectEveryScriptEntry();
     ASSERT_EQ(0, Register());
     ExpectEveryScriptEntry();
 }
 
-TEST_F(Registration, UnregisterRemovesClassProgIdsAndComponentButKeepsTypeLibrary)
+TEST_F(Registration, UnregisterRemovesOurKeysKeepsTheTypeLibraryAndWhatOthersUse)
 {
-    ASSERT_EQ(0, Register());
-    ASSERT_EQ(0, Unregister());
-    EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, L"TOV.HTMLIEControl.1"));
-    EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, L"TOV.HTMLIEControl"));
-    EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, kClassKey));
-    EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, L"CLSID"));
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kComponentKey));
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV")) << "nothing else lived under it";
-    EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, kTypeLibKey + L"\\0\\win64"));
-}
-
-TEST_F(Registration, UnregisterKeepsParentsThatOtherComponentsUse)
-{
-    HKEY other = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, (kComponentsKey + L"\\OtherControl").c_str(), 0, nullptr,
-                                             0, KEY_WRITE, nullptr, &other, nullptr));
-    RegCloseKey(other);
-    ASSERT_EQ(0, Register());
-    ASSERT_EQ(0, Unregister());
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kComponentKey));
-    EXPECT_TRUE(KeyExists(HKEY_LOCAL_MACHINE, kComponentsKey + L"\\OtherControl"));
-
-    DeleteTree(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV");
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV\\Other", 0, nullptr, 0, KEY_WRITE, nullptr,
-                                             &other, nullptr));
-    RegCloseKey(other);
-    ASSERT_EQ(0, Register());
-    ASSERT_EQ(0, Unregister());
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV\\General"));
-    EXPECT_TRUE(KeyExists(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV\\Other"));
+    const struct {
+        std::wstring other; // a key of someone else's under ours
+        std::wstring gone;  // the deepest empty parent that goes with our component key
+    } cases[] = {
+        {L"", L"SOFTWARE\\TOV"},
+        {kComponentsKey + L"\\OtherControl", kComponentKey},
+        {L"SOFTWARE\\TOV\\Other", L"SOFTWARE\\TOV\\General"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.other);
+        DeleteTree(HKEY_LOCAL_MACHINE, L"SOFTWARE\\TOV");
+        if (!c.other.empty()) CreateKey(c.other);
+        ASSERT_EQ(0, Register());
+        ASSERT_EQ(0, Unregister());
+        for (const std::wstring& key : {std::wstring(L"TOV.HTMLIEControl.1"), std::wstring(L"TOV.HTMLIEControl"), kClassKey})
+            EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, key));
+        EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, L"CLSID"));
+        EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, kTypeLibKey + L"\\0\\win64")) << "the type library stays registered";
+        EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, c.gone));
+        if (!c.other.empty()) {
+            EXPECT_TRUE(KeyExists(HKEY_LOCAL_MACHINE, c.other));
+        }
+    }
 }
 
 TEST_F(Registration, ComponentKeyFailureIsReportedAsWin32Result)
 {
     // A volatile parent refuses a non-volatile child: the component key cannot be written.
-    HKEY parent = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, kComponentsKey.c_str(), 0, nullptr, REG_OPTION_VOLATILE,
-                                             KEY_WRITE, nullptr, &parent, nullptr));
-    RegCloseKey(parent);
+    CreateKey(kComponentsKey, REG_OPTION_VOLATILE);
     Ocx ocx;
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE), ocx.Register());
     EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kComponentKey));
-    // The class registration went through all the same.
-    EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, kClassKey));
+    EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, kClassKey)) << "the class registration went through all the same";
     EXPECT_NE(0, Register()) << "regsvr32 reports the failure";
     EXPECT_EQ(S_OK, ocx.Unregister());
     EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, kClassKey));
@@ -152,52 +149,29 @@ TEST_F(Registration, ComponentKeyFailureIsReportedAsWin32Result)
 
 TEST_F(Registration, DamagedCopiesFailCleanly)
 {
-    const std::wstring truncated = CopyOfOcx(L"tovhtml_truncated.ocx", 4096, false);
-    const std::wstring scrambled = CopyOfOcx(L"tovhtml_scrambled.ocx", SIZE_MAX, true);
-    const std::wstring empty = CopyOfOcx(L"tovhtml_empty.ocx", 0, false);
-    for (const auto& file : {truncated, scrambled, empty}) {
-        const int rc = Register(file);
-        EXPECT_NE(0, rc);
+    std::ifstream in(std::filesystem::path(OcxPath()), std::ios::binary);
+    const std::vector<char> ocx((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<char> scrambled = ocx;
+    for (size_t i = 0x200; i < scrambled.size(); i += 7) scrambled[i] = static_cast<char>(scrambled[i] ^ 0x5A);
+    const std::vector<char> copies[] = {std::vector<char>(ocx.begin(), ocx.begin() + 4096), scrambled, {}};
+    for (const auto& bytes : copies) {
+        const std::wstring path = TempDir() + L"tovhtml_damaged.ocx";
+        std::ofstream(std::filesystem::path(path), std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        const int rc = Register(path);
+        EXPECT_NE(0, rc) << bytes.size();
         EXPECT_NE(-1, rc) << "regsvr32 ran";
-        DeleteFileW(file.c_str());
+        DeleteFileW(path.c_str());
     }
     EXPECT_FALSE(KeyExists(HKEY_CLASSES_ROOT, kClassKey));
 }
-
-namespace {
-int g_perUserRegistrations = 0;
-HRESULT WINAPI CountRegisterTypeLibForUser(ITypeLib*, OLECHAR*, OLECHAR*)
-{
-    ++g_perUserRegistrations;
-    return S_OK;
-}
-// The process's per-user switch as the ATL runtime keeps it (Wine's runtime only stubs it).
-bool g_perUserAsked = false;
-HRESULT WINAPI FakeAtlGetPerUserRegistration(bool* perUser)
-{
-    *perUser = g_perUserAsked;
-    return S_OK;
-}
-// The OCX finds both functions at run time: hand it the fakes.
-FARPROC WINAPI LookUp(HMODULE module, LPCSTR name)
-{
-    if (HIWORD(reinterpret_cast<ULONG_PTR>(name))) {
-        if (std::string(name) == "RegisterTypeLibForUser")
-            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CountRegisterTypeLibForUser));
-        if (std::string(name) == "AtlGetPerUserRegistration")
-            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&FakeAtlGetPerUserRegistration));
-    }
-    return GetProcAddress(module, name);
-}
-} // namespace
 
 TEST_F(Registration, TypeLibraryPerUserOnlyWhenTheProcessAsksForIt)
 {
     Ocx ocx;
     tovtest::ImportHook hook(ocx.Handle(), "kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(&LookUp));
     ASSERT_TRUE(hook.Installed());
-    HMODULE atl = LoadLibraryW(L"atl100.dll");
-    ASSERT_NE(nullptr, atl);
+    tov::UniqueLibrary atl(LoadLibraryW(L"atl100.dll"));
+    ASSERT_TRUE(atl);
     g_perUserRegistrations = 0;
     g_perUserAsked = false;
     EXPECT_EQ(S_OK, ocx.Register());
@@ -207,6 +181,5 @@ TEST_F(Registration, TypeLibraryPerUserOnlyWhenTheProcessAsksForIt)
     EXPECT_EQ(S_OK, ocx.Register());
     EXPECT_EQ(1, g_perUserRegistrations) << "the process asked for per-user registration";
     g_perUserAsked = false;
-    FreeLibrary(atl);
     EXPECT_EQ(S_OK, ocx.Unregister());
 }

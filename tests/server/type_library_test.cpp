@@ -4,6 +4,7 @@
 #include <vector>
 #include <exdisp.h>
 #include "frontend/type_library_text.h"
+#include "framework/bstr.h"
 #include "support/ocx.h"
 
 using tov::ComPtr;
@@ -14,24 +15,29 @@ namespace {
 
 class TypeLibrary : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        ASSERT_EQ(S_OK, LoadTypeLibEx(tovtest::OcxPath().c_str(), REGKIND_NONE, lib.Put()));
-    }
+    void SetUp() override { ASSERT_EQ(S_OK, LoadTypeLibEx(tovtest::OcxPath().c_str(), REGKIND_NONE, lib.Put())); }
     ComPtr<ITypeInfo> Info(UINT index)
     {
         ComPtr<ITypeInfo> ti;
         EXPECT_EQ(S_OK, lib->GetTypeInfo(index, ti.Put()));
         return ti;
     }
-    // The vtable view of a dual interface.
-    ComPtr<ITypeInfo> VtableView(UINT index)
+    // The vtable view of a dual interface, or the type an implementation entry of a coclass refers to.
+    static ComPtr<ITypeInfo> Referred(ITypeInfo* ti, UINT implIndex)
     {
-        ComPtr<ITypeInfo> disp = Info(index), vt;
+        ComPtr<ITypeInfo> referred;
         HREFTYPE ref = 0;
-        EXPECT_EQ(S_OK, disp->GetRefTypeOfImplType(static_cast<UINT>(-1), &ref));
-        EXPECT_EQ(S_OK, disp->GetRefTypeInfo(ref, vt.Put()));
-        return vt;
+        EXPECT_EQ(S_OK, ti->GetRefTypeOfImplType(implIndex, &ref));
+        EXPECT_EQ(S_OK, ti->GetRefTypeInfo(ref, referred.Put()));
+        return referred;
+    }
+    ComPtr<ITypeInfo> VtableView(UINT index) { return Referred(Info(index).Get(), static_cast<UINT>(-1)); }
+    // Name and help string of the library (-1) or of one of its types.
+    std::wstring Doc(INT index)
+    {
+        tov::Bstr name, help;
+        lib->GetDocumentation(index, name.Put(), help.Put(), nullptr, nullptr);
+        return std::wstring(name.View()) + L" / " + std::wstring(help.View());
     }
     ComPtr<ITypeLib> lib;
 };
@@ -44,97 +50,59 @@ void ExpectLines(const std::vector<std::wstring>& expected, const std::vector<st
 
 } // namespace
 
-TEST_F(TypeLibrary, LibraryAttributesAndTypesInOrder)
+TEST_F(TypeLibrary, LibraryItsFiveTypesInOrderAndTheCoclassEntries)
 {
     TLIBATTR* la = nullptr;
     ASSERT_EQ(S_OK, lib->GetLibAttr(&la));
     EXPECT_EQ(GuidText(LIBID_TOVHTMLCONTROLLib), GuidText(la->guid));
-    EXPECT_EQ(1, la->wMajorVerNum);
-    EXPECT_EQ(1, la->wMinorVerNum);
-    EXPECT_EQ(SYS_WIN64, la->syskind);
+    EXPECT_EQ((std::vector<int>{1, 1, SYS_WIN64}), (std::vector<int>{la->wMajorVerNum, la->wMinorVerNum, la->syskind}));
     lib->ReleaseTLibAttr(la);
-    BSTR name = nullptr, help = nullptr;
-    ASSERT_EQ(S_OK, lib->GetDocumentation(-1, &name, &help, nullptr, nullptr));
-    EXPECT_STREQ(L"TOVHTMLCONTROLLib", name);
-    EXPECT_STREQ(L"TOV HTML Control", help);
-    SysFreeString(name);
-    SysFreeString(help);
+    EXPECT_EQ(L"TOVHTMLCONTROLLib / TOV HTML Control", Doc(-1));
 
-    struct Type {
-        const wchar_t* name;
+    // A dual interface is read on its vtable half, where oleaut32 shows every flag.
+    constexpr WORD kDual = TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE;
+    const struct {
+        const wchar_t* doc;
         TYPEKIND kind;
-        GUID guid;
+        GUID guid; // the browser's event interfaces carry the platform's event identities
         WORD flags;
-        const wchar_t* help;
-    };
-    const Type expected[] = {
-        {L"_TOVHTMLControlEvents", TKIND_DISPATCH, DIID__TOVHTMLControlEvents, TYPEFLAG_FDISPATCHABLE, L"TOV HTML Control Events"},
-        {L"TOVHTMLControl", TKIND_COCLASS, CLSID_TOVHTMLControl, TYPEFLAG_FCANCREATE, L"TOV HTML Control"},
-        {L"ITOVHTMLControl", TKIND_DISPATCH, IID_ITOVHTMLControl,
-         TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE, L"ITOVHTMLControl Interface"},
-        {L"IWebBrowserEvents", TKIND_DISPATCH, IID_IWebBrowserEvents,
-         TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE, L"IWebBrowserEvents Interface"},
-        {L"IWebBrowserEvents2", TKIND_DISPATCH, IID_IWebBrowserEvents2,
-         TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE, L"IWebBrowserEvents2 Interface"},
+    } types[] = {
+        {L"_TOVHTMLControlEvents / TOV HTML Control Events", TKIND_DISPATCH, DIID__TOVHTMLControlEvents, TYPEFLAG_FDISPATCHABLE},
+        {L"TOVHTMLControl / TOV HTML Control", TKIND_COCLASS, CLSID_TOVHTMLControl, TYPEFLAG_FCANCREATE},
+        {L"ITOVHTMLControl / ITOVHTMLControl Interface", TKIND_INTERFACE, IID_ITOVHTMLControl, kDual},
+        {L"IWebBrowserEvents / IWebBrowserEvents Interface", TKIND_INTERFACE, DIID_DWebBrowserEvents, kDual},
+        {L"IWebBrowserEvents2 / IWebBrowserEvents2 Interface", TKIND_INTERFACE, DIID_DWebBrowserEvents2, kDual},
     };
     ASSERT_EQ(5u, lib->GetTypeInfoCount());
     for (UINT i = 0; i < 5; ++i) {
-        SCOPED_TRACE(expected[i].name);
-        TYPEKIND kind;
-        ASSERT_EQ(S_OK, lib->GetTypeInfoType(i, &kind));
-        EXPECT_EQ(expected[i].kind, kind);
-        ASSERT_EQ(S_OK, lib->GetDocumentation(i, &name, &help, nullptr, nullptr));
-        EXPECT_STREQ(expected[i].name, name);
-        EXPECT_STREQ(expected[i].help, help);
-        SysFreeString(name);
-        SysFreeString(help);
-        auto ti = Info(i);
+        SCOPED_TRACE(types[i].doc);
+        EXPECT_EQ(types[i].doc, Doc(i));
+        const auto ti = types[i].flags & TYPEFLAG_FDUAL ? VtableView(i) : Info(i);
         TYPEATTR* ta = nullptr;
         ASSERT_EQ(S_OK, ti->GetTypeAttr(&ta));
-        EXPECT_EQ(GuidText(expected[i].guid), GuidText(ta->guid));
-        const bool dual = expected[i].flags & TYPEFLAG_FDUAL;
-        // oleaut32 shows "oleautomation" of a dual interface on its vtable half only.
-        EXPECT_EQ(dual ? expected[i].flags & ~TYPEFLAG_FOLEAUTOMATION : expected[i].flags, ta->wTypeFlags);
+        EXPECT_EQ(types[i].kind, ta->typekind);
+        EXPECT_EQ(GuidText(types[i].guid), GuidText(ta->guid));
+        EXPECT_EQ(types[i].flags, ta->wTypeFlags);
         ti->ReleaseTypeAttr(ta);
-        if (dual) {
-            auto vtable = VtableView(i);
-            ASSERT_EQ(S_OK, vtable->GetTypeAttr(&ta));
-            EXPECT_EQ(TKIND_INTERFACE, ta->typekind);
-            EXPECT_EQ(expected[i].flags, ta->wTypeFlags);
-            vtable->ReleaseTypeAttr(ta);
-        }
     }
-    // The browser event interfaces carry the identities of the browser's event dispinterfaces.
-    EXPECT_TRUE(IsEqualGUID(DIID_DWebBrowserEvents, IID_IWebBrowserEvents));
-    EXPECT_TRUE(IsEqualGUID(DIID_DWebBrowserEvents2, IID_IWebBrowserEvents2));
-}
 
-TEST_F(TypeLibrary, CoclassListsItsFourInterfacesWithFlags)
-{
-    auto ti = Info(1);
-    TYPEATTR* ta = nullptr;
-    ASSERT_EQ(S_OK, ti->GetTypeAttr(&ta));
-    ASSERT_EQ(4, ta->cImplTypes);
-    ti->ReleaseTypeAttr(ta);
-    const std::pair<const wchar_t*, int> expected[] = {
+    const std::pair<const wchar_t*, int> entries[] = {
         {L"ITOVHTMLControl", IMPLTYPEFLAG_FDEFAULT},
         {L"IWebBrowserEvents", 0},
         {L"IWebBrowserEvents2", 0},
         {L"_TOVHTMLControlEvents", IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE},
     };
+    auto coclass = Info(1);
     for (UINT i = 0; i < 4; ++i) {
-        HREFTYPE ref = 0;
-        ASSERT_EQ(S_OK, ti->GetRefTypeOfImplType(i, &ref));
-        ComPtr<ITypeInfo> impl;
-        ASSERT_EQ(S_OK, ti->GetRefTypeInfo(ref, impl.Put()));
-        BSTR name = nullptr;
-        impl->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
-        EXPECT_STREQ(expected[i].first, name);
-        SysFreeString(name);
+        tov::Bstr name;
+        Referred(coclass.Get(), i)->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr);
+        EXPECT_EQ(entries[i].first, std::wstring(name.View()));
         INT flags = -1;
-        ASSERT_EQ(S_OK, ti->GetImplTypeFlags(i, &flags));
-        EXPECT_EQ(expected[i].second, flags) << i;
+        EXPECT_EQ(S_OK, coclass->GetImplTypeFlags(i, &flags));
+        EXPECT_EQ(entries[i].second, flags) << i;
     }
+    HREFTYPE ref = 0;
+    EXPECT_TRUE(FAILED(coclass->GetRefTypeOfImplType(4, &ref))) << "four entries only";
 }
 
 TEST_F(TypeLibrary, AutomationInterfaceMembersInTableOrder)

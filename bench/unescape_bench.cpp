@@ -40,13 +40,16 @@ const std::string& RealisticPost()
     return data;
 }
 
-// 4 MiB of "+&#" openers whose preferred terminators are absent or far away.
+// 4 MiB of references and openers after "+" that make a naive terminator search rescan the rest of the
+// data every time: first references ended only by the least preferred terminators (the preferred ones
+// occur nowhere), then openers with no terminator at all after them. A single terminator at the very end
+// would not do: the first reference would reach it and swallow the rest.
 const std::string& AdversarialData()
 {
     static const std::string data = [] {
         std::string s;
-        while (s.size() < (4u << 20) - 16) s += "+&#1";
-        s += "%3d";
+        while (s.size() < (2u << 20)) s += "+&#65%3d+%26%2366%3D";
+        while (s.size() < (4u << 20) - 16) s += "+&#1+%26%231";
         return s;
     }();
     return data;

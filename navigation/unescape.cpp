@@ -1,5 +1,6 @@
 #include "navigation/unescape.h"
 #include <array>
+#include <bit>
 #include <cstring>
 
 namespace tov::url {
@@ -14,43 +15,6 @@ bool StartsWith(const char* p, const char* end, std::string_view s)
 {
     return static_cast<size_t>(end - p) >= s.size() && std::memcmp(p, s.data(), s.size()) == 0;
 }
-
-// The first occurrence of a pattern at or after a position that only ever moves forward. Each pattern's
-// search resumes where the last one stopped, so all searches of one call scan the data once.
-class ForwardFinder {
-public:
-    ForwardFinder(const char* end, std::string_view pattern) : m_end(end), m_pattern(pattern) {}
-
-    const char* From(const char* pos)
-    {
-        if (m_searched && (m_found == nullptr ? pos >= m_from : m_found >= pos)) return m_found;
-        m_searched = true;
-        m_from = pos;
-        m_found = Search(pos);
-        return m_found;
-    }
-
-private:
-    const char* Search(const char* pos) const
-    {
-        const size_t n = m_pattern.size();
-        const char first = m_pattern[0];
-        while (static_cast<size_t>(m_end - pos) >= n) {
-            const void* hit = std::memchr(pos, first, static_cast<size_t>(m_end - pos) - n + 1);
-            if (!hit) return nullptr;
-            pos = static_cast<const char*>(hit);
-            if (std::memcmp(pos, m_pattern.data(), n) == 0) return pos;
-            ++pos;
-        }
-        return nullptr;
-    }
-
-    const char* m_end;
-    std::string_view m_pattern;
-    bool m_searched = false;
-    const char* m_from = nullptr;
-    const char* m_found = nullptr;
-};
 
 // atoi over bounded data: blanks, an optional sign, digits; wraps instead of overflowing.
 uint32_t ReadDecimal(const char* p, const char* end)
@@ -83,128 +47,267 @@ inline unsigned char DecodeEscape(char high, char low)
     return static_cast<unsigned char>(kHexValues[static_cast<unsigned char>(high)] * 16 + kHexValues[static_cast<unsigned char>(low)]);
 }
 
+// Decoded bytes that need more than being written out: "%" (kept as "%25" on request), "&" (may open an
+// escaped reference, otherwise kept escaped), "=" and "?" (kept escaped).
+constexpr std::array<bool, 256> kSpecialDecoded = [] {
+    std::array<bool, 256> t{};
+    t['%'] = t['&'] = t['='] = t['?'] = true;
+    return t;
+}();
+
+inline bool OpensReference(const char* p, const char* end) { return end - p >= 2 && p[0] == '&' && p[1] == '#'; }
+
+// Bit i set when byte i of the 64 at p is "%" or "+". The comparisons are written byte by byte, which
+// compilers turn into vector compares; the multiplication gathers a word's eight 0/1 bytes into its top
+// byte without carries (bytes in memory order: little-endian only).
+inline uint64_t StopBits64(const char* p)
+{
+    unsigned char stop[64];
+    for (int i = 0; i < 64; ++i) stop[i] = static_cast<unsigned char>((p[i] == '%') | (p[i] == '+'));
+    uint64_t bits = 0;
+    for (int i = 0; i < 8; ++i) {
+        uint64_t word;
+        std::memcpy(&word, stop + 8 * i, 8);
+        bits |= (word * 0x0102040810204080ull >> 56) << (8 * i);
+    }
+    return bits;
+}
+
+inline uint64_t Load8(const char* p)
+{
+    uint64_t word;
+    std::memcpy(&word, p, 8);
+    return word;
+}
+
+// The high bit of every byte of the word that equals c, exactly: a byte's low seven bits plus 0x7F carry
+// into its high bit unless they are all zero, and never into the next byte.
+inline uint64_t EqualBytes(uint64_t word, char c)
+{
+    constexpr uint64_t ones = 0x0101010101010101ull, lows = 0x7F7F7F7F7F7F7F7Full;
+    const uint64_t x = word ^ (ones * static_cast<unsigned char>(c));
+    return ~(((x & lows) + lows) | x) & ~lows;
+}
+
+// Copies n bytes 16 at a time; the caller guarantees that 16 bytes past the end of the run can be read
+// and written.
+inline void CopyOver(char* out, const char* p, size_t n)
+{
+    std::memcpy(out, p, 16);
+    for (size_t i = 16; i < n; i += 16) std::memcpy(out + i, p + i, 16);
+}
+
+// Where the input and the output stand. The rare steps take and return it by value, so that the hot loop
+// keeps both in registers rather than in memory whose address a call could use.
+struct Cursor {
+    const char* in;
+    char* out;
+};
+
 class Unescaper {
 public:
-    Unescaper(const char* source, size_t length, char* dest, uint32_t flags, const AnsiConverter& ansi)
-        : m_p(source), m_end(source + length), m_out(dest), m_flags(flags), m_ansi(ansi),
-          m_finders{ForwardFinder(m_end, kTerminators[0]), ForwardFinder(m_end, kTerminators[1]),
-                    ForwardFinder(m_end, kTerminators[2]), ForwardFinder(m_end, kTerminators[3]),
-                    ForwardFinder(m_end, kTerminators[4])}
-    {
-    }
+    Unescaper(const char* end, uint32_t flags, const AnsiConverter& ansi) : m_end(end), m_flags(flags), m_ansi(ansi) {}
 
-    size_t Run(char* dest)
+    // The data is a sequence of steps: a "%" escape, a "+", a run of other bytes up to the next "%" or
+    // "+", or references. A reference opener counts only at the start of the data or right after an escape,
+    // a "+" or a reference (inside a run it is text), so openers are looked for only there.
+    //
+    // The output never gets ahead of the input, which lets runs be copied in whole 16-byte pieces while
+    // 16 more bytes of input follow; the bytes written past a run are overwritten by what comes next.
+    size_t Run(const char* p, char* dest)
     {
-        while (m_p < m_end) {
-            const char c = *m_p;
-            if (c == '%') {
-                if ((m_flags & kKeepPercentEscape) && StartsWith(m_p, m_end, "%25")) {
-                    Copy(3);
-                } else if (StartsWith(m_p, m_end, kEscapedOpener)) {
-                    DecodeReferences();
-                } else {
-                    if (m_end - m_p <= 2) break; // a truncated escape ends the data
-                    const unsigned char byte = DecodeEscape(m_p[1], m_p[2]);
-                    if (byte == '&' || byte == '=' || byte == '?') {
-                        Copy(3);
-                    } else {
-                        *m_out++ = static_cast<char>(byte);
-                        m_p += 3;
+        const char* const end = m_end;
+        char* out = dest;
+        const auto references = [&] { // at an "&#" opener
+            do {
+                if (m_live == kTerminators.size()) { // nothing ends a reference any more: the opener is text
+                    std::memcpy(out, p, kOpener.size());
+                    out += kOpener.size();
+                    p += kOpener.size();
+                    continue;
+                }
+                const Cursor c = DecodeReferences({p, out});
+                p = c.in;
+                out = c.out;
+            } while (OpensReference(p, end));
+        };
+        if (OpensReference(p, end)) references();
+
+        // Blocks of 64 bytes: the positions of all "%" and "+" in a block are found at once, so handling
+        // one does not wait for the search for the next. Form data changes between words, escapes and "+"
+        // at random: the common steps decide with selects rather than branches.
+        constexpr ptrdiff_t kBlock = 64, kSlack = 16;
+        if constexpr (std::endian::native == std::endian::little) {
+            while (end - p >= kBlock + kSlack) {
+                const char* const block = p;
+                const char* const blockEnd = block + kBlock;
+                for (uint64_t stops = StopBits64(block); stops != 0; stops &= stops - 1) {
+                    const char* const s = block + std::countr_zero(stops);
+                    if (s < p) continue; // inside an escape or a reference already decoded
+                    CopyOver(out, p, static_cast<size_t>(s - p));
+                    out += s - p;
+                    p = s;
+                    StepAt(p, out, end);
+                    if (OpensReference(p, end)) {
+                        references();
+                        if (p >= blockEnd) break;
                     }
                 }
-            } else if (c == '+') {
-                *m_out++ = ' ';
-                ++m_p;
-            } else if (c == '&' && m_end - m_p >= 2 && m_p[1] == '#') {
-                DecodeReferences();
-            } else {
-                CopyRun();
+                if (p < blockEnd) {
+                    CopyOver(out, p, static_cast<size_t>(blockEnd - p));
+                    out += blockEnd - p;
+                    p = blockEnd;
+                }
             }
         }
-        *m_out = '\0';
-        return static_cast<size_t>(m_out - dest);
+
+        // The rest, a byte at a time between escapes.
+        for (;;) {
+            while (p < end && *p != '%' && *p != '+') *out++ = *p++;
+            if (p == end) break;
+            if (*p == '%' && end - p <= 2) break; // a truncated escape ends the data
+            StepAt(p, out, end);
+            if (OpensReference(p, end)) references();
+        }
+        *out = '\0';
+        return static_cast<size_t>(out - dest);
     }
 
 private:
-    void Copy(size_t n)
+    // The "+" or complete "%" escape at p. The escape is decoded even for a "+" when two more bytes can
+    // be read, so that nothing branches on which of the two it is.
+    void StepAt(const char*& p, char*& out, const char* end)
     {
-        std::memcpy(m_out, m_p, n);
-        m_out += n;
-        m_p += n;
-    }
-
-    // Up to the nearer of the next "%" and "+", or to the end; scanned and copied in one pass.
-    void CopyRun()
-    {
-        const char* p = m_p;
-        char* out = m_out;
-        *out++ = *p++;
-        while (m_end - p >= 8) {
-            uint64_t word;
-            std::memcpy(&word, p, 8);
-            if (HasStopByte(word)) break;
-            std::memcpy(out, &word, 8);
-            p += 8;
-            out += 8;
-        }
-        while (p < m_end && *p != '%' && *p != '+') *out++ = *p++;
-        m_out = out;
-        m_p = p;
-    }
-
-    // Whether any byte of the word is "%" or "+" (the classic zero-byte test on xor-ed words).
-    static bool HasStopByte(uint64_t word)
-    {
-        constexpr uint64_t ones = 0x0101010101010101ull, highs = 0x8080808080808080ull;
-        const uint64_t percent = word ^ (ones * '%'), plus = word ^ (ones * '+');
-        return (((percent - ones) & ~percent) | ((plus - ones) & ~plus)) & highs;
-    }
-
-    void DecodeReferences()
-    {
-        std::string_view opener = StartsWith(m_p, m_end, kEscapedOpener) ? kEscapedOpener : kOpener;
-        if (!DecodeCharReference(opener)) {
-            Copy(opener.size()); // no terminator anywhere after it: the opener is text
+        const bool plus = *p == '+';
+        const unsigned char escape = end - p >= 3 ? DecodeEscape(p[1], p[2]) : 0;
+        const unsigned char decoded = plus ? ' ' : escape;
+        if (kSpecialDecoded[decoded]) [[unlikely]] {
+            const Cursor c = SpecialEscape({p, out}, decoded);
+            p = c.in;
+            out = c.out;
             return;
         }
-        while (!opener.empty() && DecodeCharReference(opener)) {
-        }
+        *out++ = static_cast<char>(decoded);
+        p += plus ? 1 : 3;
     }
 
-    // Decodes the reference at the current position; updates `opener` to the one that follows, if any.
-    bool DecodeCharReference(std::string_view& opener)
+    Cursor SpecialEscape(Cursor c, unsigned char decoded)
     {
-        if (opener.empty()) return false;
-        const char* terminator = nullptr;
-        size_t terminatorSize = 0;
-        for (size_t i = 0; i < kTerminators.size() && !terminator; ++i) {
-            terminator = m_finders[i].From(m_p);
-            terminatorSize = kTerminators[i].size();
+        if (decoded == '&' && StartsWith(c.in, m_end, kEscapedOpener)) return DecodeReferences(c);
+        if (decoded == '&' || decoded == '=' || decoded == '?' ||
+            ((m_flags & kKeepPercentEscape) && c.in[1] == '2' && c.in[2] == '5')) {
+            std::memcpy(c.out, c.in, 3); // kept in its escaped form
+            return {c.in + 3, c.out + 3};
         }
-        if (!terminator) return false;
-
-        const char16_t unit = static_cast<char16_t>(ReadDecimal(m_p + opener.size(), m_end) & 0xFFFF);
-        char bytes[3] = {};
-        const size_t n = m_ansi.convert ? m_ansi.convert(m_ansi.context, unit, bytes, sizeof(bytes)) : 0;
-        if (n >= 1 && n <= 2) {
-            std::memcpy(m_out, bytes, n);
-            m_out += n;
-        } else {
-            *m_out++ = ' '; // no form in the code page that fits
-        }
-        m_p = terminator + terminatorSize;
-        opener = StartsWith(m_p, m_end, kEscapedOpener) ? kEscapedOpener
-                 : StartsWith(m_p, m_end, kOpener)     ? kOpener
-                                                       : std::string_view();
-        return true;
+        *c.out = static_cast<char>(decoded);
+        return {c.in + 3, c.out + 1};
     }
 
-    const char* m_p;
-    const char* m_end;
-    char* m_out;
-    uint32_t m_flags;
+    static size_t OpenerSizeAt(const char* p, const char* end)
+    {
+        return StartsWith(p, end, kEscapedOpener) ? kEscapedOpener.size()
+               : StartsWith(p, end, kOpener)      ? kOpener.size()
+                                                  : 0;
+    }
+
+    // At an opener: the reference and every one that follows right after it. An opener without any
+    // terminator after it is text.
+    Cursor DecodeReferences(Cursor c)
+    {
+        const char* p = c.in;
+        char* out = c.out;
+        size_t openerSize = OpenerSizeAt(p, m_end);
+        size_t terminatorSize = 0;
+        const char* terminator = FindTerminator(p + openerSize, terminatorSize);
+        if (!terminator) {
+            // Either size, as a constant: no call for a few bytes.
+            if (openerSize == kOpener.size()) std::memcpy(out, p, kOpener.size());
+            else std::memcpy(out, p, kEscapedOpener.size());
+            return {p + openerSize, out + openerSize};
+        }
+        do {
+            const char16_t unit = static_cast<char16_t>(ReadDecimal(p + openerSize, m_end) & 0xFFFF);
+            char bytes[3] = {};
+            const size_t n = m_ansi.convert ? m_ansi.convert(m_ansi.context, unit, bytes, sizeof(bytes)) : 0;
+            if (n >= 1 && n <= 2) {
+                // Both bytes, whatever n: the reference took at least three, so there is room.
+                out[0] = bytes[0];
+                out[1] = bytes[1];
+                out += n;
+            } else {
+                *out++ = ' '; // no form in the code page that fits
+            }
+            p = terminator + terminatorSize;
+            openerSize = OpenerSizeAt(p, m_end);
+            // A following opener without a terminator is left to the next step, which copies it.
+        } while (openerSize != 0 && (terminator = FindTerminator(p + openerSize, terminatorSize)) != nullptr);
+        return {p, out};
+    }
+
+    // The most preferred terminator that occurs at or after pos, however far. No terminator can begin
+    // inside an opener, so pos is just past it. A scan that finds its terminator ends where the next
+    // reference's scan begins; one that reaches the end rules out at least one terminator for good (the
+    // position only moves forward). So all scans of one call read the data only a few times over.
+    const char* FindTerminator(const char* pos, size_t& size)
+    {
+        if (m_live == kTerminators.size()) return nullptr;
+        const char* found = Scan(pos);
+        while (!found) {
+            if (++m_live == kTerminators.size()) return nullptr;
+            found = m_firstAfter[m_live];
+        }
+        size = kTerminators[m_live].size();
+        return found;
+    }
+
+    // Looks for the terminator m_live from pos. One scan looks for all of them ("%3" followed by the
+    // letter, or ";"), so when it reaches the end without finding the one wanted, it has seen the first
+    // occurrence of each other one.
+    const char* Scan(const char* pos)
+    {
+        m_firstAfter.fill(nullptr);
+        const char* const end = m_end;
+        const auto at = [&](const char* hit) { // whether the scan is done
+            const size_t which = TerminatorAt(hit, end);
+            if (which < kTerminators.size() && !m_firstAfter[which]) m_firstAfter[which] = hit;
+            return which == m_live;
+        };
+        if constexpr (std::endian::native == std::endian::little) {
+            for (; end - pos >= 9; pos += 8) {
+                const uint64_t word = Load8(pos), next = Load8(pos + 1);
+                for (uint64_t hits = (EqualBytes(word, '%') & EqualBytes(next, '3')) | EqualBytes(word, ';'); hits;
+                     hits &= hits - 1) {
+                    const char* const hit = pos + std::countr_zero(hits) / 8;
+                    if (at(hit)) return hit;
+                }
+            }
+        }
+        for (; pos < end; ++pos) {
+            if (at(pos)) return pos;
+        }
+        return nullptr;
+    }
+
+    static size_t TerminatorAt(const char* p, const char* end)
+    {
+        static_assert(kTerminators[0] == "%3B" && kTerminators[1] == "%3b" && kTerminators[2] == ";" &&
+                      kTerminators[3] == "%3d" && kTerminators[4] == "%3D");
+        if (*p == ';') return 2;
+        if (end - p < 3 || p[0] != '%' || p[1] != '3') return kTerminators.size();
+        switch (p[2]) {
+        case 'B': return 0;
+        case 'b': return 1;
+        case 'd': return 3;
+        case 'D': return 4;
+        default: return kTerminators.size();
+        }
+    }
+
+    const char* const m_end;
+    const uint32_t m_flags;
     const AnsiConverter& m_ansi;
-    std::array<ForwardFinder, 5> m_finders;
+    size_t m_live = 0; // the terminators before this one occur nowhere after the position
+    std::array<const char*, kTerminators.size()> m_firstAfter{};
 };
 
 } // namespace
@@ -216,7 +319,7 @@ size_t UnescapeData(const char* source, size_t length, char* dest, uint32_t flag
         *dest = '\0';
         return 0;
     }
-    return Unescaper(source, length, dest, flags, ansi).Run(dest);
+    return Unescaper(source + length, flags, ansi).Run(source, dest);
 }
 
 std::string UnescapeData(std::string_view source, uint32_t flags, const AnsiConverter& ansi)

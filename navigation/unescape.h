@@ -19,7 +19,8 @@ struct AnsiConverter {
 // Keeps "%25" as it stands instead of turning it into "%".
 inline constexpr uint32_t kKeepPercentEscape = 0x400000;
 
-// Unescapes `length` bytes of `source` into `dest`, which holds at least length + 1 bytes; writes the
+// Unescapes `length` bytes of `source` into `dest`, which holds at least length + 1 bytes and does not
+// overlap the source (bytes beyond the output so far may be written and overwritten later); writes the
 // terminating zero and returns the number of bytes before it (never more than `length`). The data is
 // bounded by `length`: zero bytes inside it are data like any other.
 size_t UnescapeData(const char* source, size_t length, char* dest, uint32_t flags, const AnsiConverter& ansi);

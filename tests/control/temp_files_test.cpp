@@ -23,6 +23,7 @@ BOOL WINAPI RecordDeleteFileA(LPCSTR path)
     g_deleted.push_back(path ? path : "");
     return DeleteFileA(path);
 }
+HRESULT WINAPI NoGuid(GUID*) { return E_FAIL; }
 
 bool EndsWith(const std::wstring& s, const std::wstring& tail)
 {
@@ -157,14 +158,28 @@ TEST_F(TempFiles, TheSameUrlTwiceMakesTwoFilesAndBothAreDeleted)
     EXPECT_FALSE(FileExists(second));
 }
 
-TEST_F(TempFiles, AFileHeldOpenIsTriedTwiceAndAGoneFileOnce)
+TEST_F(TempFiles, AFileHeldOpenIsTriedTwiceAGoneOrReusedOneOnce)
 {
     DataStore::Instance().Put(L"http://srv/app/held.gif", "GIF89a", L"gif");
     DataStore::Instance().Put(L"http://srv/app/gone.gif", "GIF89a", L"gif");
+    DataStore::Instance().Put(L"http://srv/app/again.gif", "GIF89a", L"gif");
     ASSERT_EQ(0, Show(L"held.gif"));
     const std::wstring held = Navigated();
     ASSERT_EQ(0, Show(L"gone.gif"));
     const std::wstring gone = Navigated();
+    // Without a new GUID the last stem stays, so the same URL again finds its file: reused, recorded twice.
+    ASSERT_EQ(0, Show(L"again.gif"));
+    const std::wstring reused = Navigated();
+    {
+        tovtest::ImportHook hook(ocx.Handle(), "ole32.dll", "CoCreateGuid", reinterpret_cast<void*>(&NoGuid));
+        ASSERT_TRUE(hook.Installed());
+        ASSERT_EQ(0, Show(L"again.gif"));
+    }
+    EXPECT_EQ(reused, Navigated());
+    EXPECT_TRUE(Traced("File already exists :"));
+    const auto& calls = DataStore::Instance().calls;
+    EXPECT_TRUE(std::none_of(calls.begin(), calls.end(), [](const std::wstring& c) { return c.rfind(L"SaveDataToFile", 0) == 0; }))
+        << "a reused file is not written again";
     ASSERT_TRUE(DeleteFileW(gone.c_str()));
     HANDLE h = CreateFileW(held.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, h);
@@ -183,6 +198,8 @@ TEST_F(TempFiles, AFileHeldOpenIsTriedTwiceAndAGoneFileOnce)
     };
     EXPECT_EQ(2, count(held)) << "one retry for a file that could not be deleted";
     EXPECT_EQ(1, count(gone)) << "no retry for a file that is already gone";
+    EXPECT_EQ(2, count(reused)) << "deleted by the first entry, found gone by the second";
+    EXPECT_FALSE(FileExists(reused));
     EXPECT_TRUE(FileExists(held));
     DeleteFileW(held.c_str());
 }

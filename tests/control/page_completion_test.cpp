@@ -3,88 +3,71 @@
 #include "support/back_channel_fixture.h"
 #include "frontend/scripted_document.h"
 
-using tovtest::BackChannelFixture;
-
-namespace {
-const std::string kMarker = "tovHtmlControl  = \"TRUE\"";
-}
-
-class PageCompletion : public BackChannelFixture {
+class PageCompletion : public tovtest::BackChannelFixture {
 protected:
     // The front end shows a page of its own: the page is no longer an internal one.
-    void ShowPage(const wchar_t* url)
+    void ShowPage()
     {
-        tov::Bstr u(url);
         LONG code = -1;
-        control->ShowURL(u.Get(), nullptr, &code);
+        control->ShowURL(tov::Bstr(L"http://app/page.htm").Get(), nullptr, &code);
         ASSERT_EQ(0, code);
+        Connect(2);
+        ClearLines();
     }
-    // Scripts the control ran, one per "InternalExecuteScript" scope, each inside the marker's scope.
+    // Marker scripts the control ran: an "InternalExecuteScript" scope right inside the marker's scope.
     size_t MarkerRuns() const
     {
         size_t runs = 0;
         const auto lines = Lines();
         for (size_t i = 0; i + 1 < lines.size(); ++i)
-            if (lines[i].find("> SetScriptVariableInHTMLDocument") != std::string::npos &&
-                lines[i + 1].find("> InternalExecuteScript") != std::string::npos)
-                ++runs;
+            runs += lines[i].find("> SetScriptVariableInHTMLDocument") != std::string::npos &&
+                    lines[i + 1].find("> InternalExecuteScript") != std::string::npos;
         return runs;
     }
+    LONG DocumentComplete() { return Property(&ITOVHTMLControl::get_DocumentComplete); }
 };
 
-TEST_F(PageCompletion, PageWithTwoFramesGivesThreeNavigateCompletes)
+TEST_F(PageCompletion, PageWithTwoFramesGivesThreeMarkedNavigateCompletes)
 {
-    ShowPage(L"http://app/page.htm");
-    Connect(2);
-    ClearLines();
-    const auto outcome = browser->LoadPage(L"http://app/page.htm", {L"http://app/left.htm", L"http://app/right.htm"});
-    EXPECT_EQ(0, outcome.cancel);
+    ShowPage();
+    EXPECT_EQ(0, browser->LoadPage(L"http://app/page.htm", {L"http://app/left.htm", L"http://app/right.htm"}).cancel);
     EXPECT_EQ((std::vector<std::wstring>{L"http://app/page.htm", L"http://app/left.htm", L"http://app/right.htm"}),
               NavigateCompleteUrls());
     EXPECT_EQ(3u, MarkerRuns());
-    EXPECT_EQ(1, Property(&ITOVHTMLControl::get_DocumentComplete));
+    EXPECT_EQ(1, DocumentComplete());
 }
 
-TEST_F(PageCompletion, MarkerScriptIsTheTwentyFourCharacterLine)
+TEST_F(PageCompletion, TheMarkerIsAJavaScriptLineSettingTheControlsVariable)
 {
     auto document = tovfe::ScriptedDocument::Create();
     browser->SetDocument(document->AsDispatch());
-    ShowPage(L"http://app/page.htm");
-    Connect(2);
-    ClearLines();
+    ShowPage();
     browser->CompleteTopNavigation(L"http://app/page.htm");
-    const auto lines = Lines();
-    const auto scope = std::find(lines.begin(), lines.end(), "==> SetScriptVariableInHTMLDocument");
-    ASSERT_NE(lines.end(), scope);
-    ASSERT_LT(scope + 1, lines.end());
-    EXPECT_EQ("===> InternalExecuteScript", *(scope + 1));
-    const auto& scripts = document->Page().scripts;
-    ASSERT_EQ(1u, scripts.size());
-    EXPECT_EQ(std::wstring(kMarker.begin(), kMarker.end()), scripts[0].text);
-    EXPECT_EQ(L"JavaScript", scripts[0].language);
+    ASSERT_EQ(1u, document->Page().scripts.size());
+    EXPECT_EQ(L"tovHtmlControl  = \"TRUE\"", document->Page().scripts[0].text);
+    EXPECT_EQ(L"JavaScript", document->Page().scripts[0].language);
     EXPECT_EQ(L"TRUE", document->Page().variables[L"tovHtmlControl"]);
-    EXPECT_EQ(24u, kMarker.size());
+    const auto lines = Lines();
+    EXPECT_NE(lines.end(), std::find(lines.begin(), lines.end(), "Encoding of HTML page: utf-8")) << "the charset trace";
 }
 
 TEST_F(PageCompletion, DocumentCompleteStaysFalseWhileOnlyFramesCompleted)
 {
-    ShowPage(L"http://app/page.htm");
+    ShowPage();
     browser->CompleteTopDocument(L"http://app/page.htm");
-    EXPECT_EQ(1, Property(&ITOVHTMLControl::get_DocumentComplete));
+    EXPECT_EQ(1, DocumentComplete());
     browser->ClickLink(L"http://app/next.htm");
-    EXPECT_EQ(0, Property(&ITOVHTMLControl::get_DocumentComplete)) << "a top-level navigation clears it";
+    EXPECT_EQ(0, DocumentComplete()) << "a top-level navigation clears it";
     browser->CompleteTopNavigation(L"http://app/next.htm");
     browser->CompleteFrame(0, L"http://app/f0.htm");
-    EXPECT_EQ(0, Property(&ITOVHTMLControl::get_DocumentComplete));
     browser->CompleteFrame(1, L"http://app/f1.htm");
-    EXPECT_EQ(0, Property(&ITOVHTMLControl::get_DocumentComplete));
+    EXPECT_EQ(0, DocumentComplete());
     browser->CompleteTopDocument(L"http://app/next.htm");
-    EXPECT_EQ(1, Property(&ITOVHTMLControl::get_DocumentComplete));
-    // A frame's navigation leaves it alone; its completion clears it.
+    EXPECT_EQ(1, DocumentComplete());
     browser->ClickLink(L"http://app/f2.htm", L"left");
-    EXPECT_EQ(1, Property(&ITOVHTMLControl::get_DocumentComplete));
+    EXPECT_EQ(1, DocumentComplete()) << "a frame's navigation leaves it alone";
     browser->CompleteFrame(0, L"http://app/f2.htm");
-    EXPECT_EQ(0, Property(&ITOVHTMLControl::get_DocumentComplete));
+    EXPECT_EQ(0, DocumentComplete()) << "a frame's completion clears it";
 }
 
 TEST_F(PageCompletion, InternalPagesAreNotReported)
@@ -93,33 +76,35 @@ TEST_F(PageCompletion, InternalPagesAreNotReported)
     ClearLines();
     browser->LoadPage(L"about:blank", {L"about:blank"});
     EXPECT_TRUE(NavigateCompleteUrls().empty());
-    EXPECT_EQ(0u, MarkerRuns()) << "no tovHtmlControl variable in an internal page";
-    EXPECT_EQ(1, Property(&ITOVHTMLControl::get_DocumentComplete)) << "the property follows internal pages too";
+    EXPECT_EQ(0u, MarkerRuns()) << "no marker in an internal page";
+    EXPECT_EQ(1, DocumentComplete()) << "the property follows internal pages too";
 }
 
+// The front end's readiness record: only the fields at byte offsets 24 (ready) and 32 (hold) are the control's.
 TEST_F(PageCompletion, HeldOrNotReadyFrontEndHearsNothingButPagesAreMarked)
 {
-    ShowPage(L"http://app/page.htm");
-    Connect(2);
-    for (auto [ready, hold] : {std::pair{true, true}, std::pair{false, false}}) {
-        SetReady(ready, hold);
+    ShowPage();
+    const UINT message = RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT");
+    auto send = [&](LONG ready, LONG hold) {
+        BYTE record[48];
+        memset(record, 0xEE, sizeof(record));
+        memcpy(record + 24, &ready, sizeof(ready));
+        memcpy(record + 32, &hold, sizeof(hold));
+        EXPECT_EQ(0, SendMessageW(ControlHwnd(), message, 0, reinterpret_cast<LPARAM>(record)));
+    };
+    for (auto [ready, hold] : {std::pair{1, 1}, std::pair{0, 0}}) {
+        send(ready, hold);
         ClearLines();
         browser->LoadPage(L"http://app/page.htm", {L"http://app/f.htm"});
         EXPECT_TRUE(NavigateCompleteUrls().empty());
         EXPECT_EQ(2u, MarkerRuns());
     }
-    SetReady(true, false);
+    EXPECT_EQ(0, SendMessageW(ControlHwnd(), message, 0, 0)) << "a null record changes nothing";
     browser->CompleteTopNavigation(L"http://app/page.htm");
-    EXPECT_EQ(1u, NavigateCompleteUrls().size());
-}
-
-TEST_F(PageCompletion, TovEventProducesNoCompletion)
-{
-    ShowPage(L"http://app/page.htm");
-    const auto outcome = browser->LoadPage(L"TOVEVENT:Click", {L"http://app/f.htm"});
-    EXPECT_EQ(1, outcome.cancel);
     EXPECT_TRUE(NavigateCompleteUrls().empty());
-    EXPECT_EQ(1u, BeforeNavigates().size());
+    send(7, 0);
+    browser->CompleteTopNavigation(L"http://app/page.htm");
+    EXPECT_EQ(1u, NavigateCompleteUrls().size()) << "any non-zero value counts";
 }
 
 TEST_F(PageCompletion, DocumentInspectionFailuresAreTraced)
@@ -127,18 +112,13 @@ TEST_F(PageCompletion, DocumentInspectionFailuresAreTraced)
     Connect(2);
     ClearLines();
     browser->CompleteTopNavigation(L"about:blank");
-    EXPECT_EQ((std::vector<std::string>{"=> NavigateComplete", "about:blank", "CComQIPtr<IHTMLDocument2...> failed",
-                                        "<= NavigateComplete"}),
-              Lines())
-        << "a document that is no HTML document";
     browser->FailCall(L"get_Document", E_FAIL);
-    ClearLines();
     browser->CompleteTopNavigation(L"about:blank");
-    EXPECT_EQ((std::vector<std::string>{"=> NavigateComplete", "about:blank", "get_Document() failed", "<= NavigateComplete"}),
-              Lines());
     browser->ClearFailures();
-
-    ClearLines();
     browser->CompleteFrame(0, L"about:blank");
-    EXPECT_EQ((std::vector<std::string>{"=> FrameNavigateComplete", "about:blank", "<= FrameNavigateComplete"}), Lines());
+    EXPECT_EQ((std::vector<std::string>{"=> NavigateComplete", "about:blank", "CComQIPtr<IHTMLDocument2...> failed",
+                                        "<= NavigateComplete", "=> NavigateComplete", "about:blank", "get_Document() failed",
+                                        "<= NavigateComplete", "=> FrameNavigateComplete", "about:blank",
+                                        "<= FrameNavigateComplete"}),
+              Lines());
 }

@@ -1,49 +1,31 @@
-// Script errors reported by the browser through its site's command target: the five error properties
-// are read late-bound from the page window's event object, nothing is shown, the page keeps running.
+// Script errors reported by the browser through its site's command target: the five error properties are
+// read late-bound from the page window's event object, nothing is shown, the page keeps running.
+#include <functional>
 #include "support/page_fixture.h"
-
-using tov::ComPtr;
-
-namespace {
-// {F38BC242-B950-11D1-8918-00C04FC2C836}
-constexpr GUID kDocHostCommandHandler = {0xf38bc242, 0xb950, 0x11d1, {0x89, 0x18, 0x00, 0xc0, 0x4f, 0xc2, 0xc8, 0x36}};
-constexpr DWORD kShowScriptError = 40;
-} // namespace
 
 class ScriptErrorCommand : public tovtest::PageFixture {
 protected:
-    void SetUp() override
-    {
-        PageFixture::SetUp();
-        ASSERT_NE(nullptr, browser->Site());
-        ASSERT_EQ(S_OK, browser->Site()->QueryInterface(IID_IOleCommandTarget, target.PutVoid()));
-        document->Log().Clear();
-    }
-    void TearDown() override
-    {
-        target.Reset();
-        PageFixture::TearDown();
-    }
-
-    // Exec 40 with the document as the in-argument; the out-argument must say "keep running scripts".
+    // Exec 40 of the document host's group with the document as the in-argument; the out-argument must
+    // always say "keep running scripts".
     HRESULT ReportScriptError()
     {
-        VARIANT in;
+        static constexpr GUID kDocHostCommands = {0xf38bc242, 0xb950, 0x11d1, {0x89, 0x18, 0x00, 0xc0, 0x4f, 0xc2, 0xc8, 0x36}};
+        auto target = browser->SiteAs<IOleCommandTarget>(IID_IOleCommandTarget);
+        tov::Variant in, out;
         in.vt = VT_UNKNOWN;
         in.punkVal = document->AsDispatch();
-        tov::Variant out;
-        const HRESULT hr = target->Exec(&kDocHostCommandHandler, kShowScriptError, 0, &in, &out);
+        in.punkVal->AddRef();
+        const HRESULT hr = target->Exec(&kDocHostCommands, 40, 0, &in, &out);
         EXPECT_EQ(VT_BOOL, out.vt);
         EXPECT_EQ(VARIANT_TRUE, out.boolVal);
         return hr;
     }
-
-    ComPtr<IOleCommandTarget> target;
 };
 
 TEST_F(ScriptErrorCommand, TheFiveErrorPropertiesAreReadInOrder)
 {
     Connect(2);
+    document->Log().Clear();
     EXPECT_EQ(S_OK, ReportScriptError());
     std::vector<std::wstring> expected = {L"get_parentWindow()", L"get_event()"};
     for (const wchar_t* name : {L"errorLine", L"errorCharacter", L"errorCode", L"errorMessage", L"errorUrl"}) {
@@ -55,41 +37,33 @@ TEST_F(ScriptErrorCommand, TheFiveErrorPropertiesAreReadInOrder)
     EXPECT_TRUE(Page().scripts.empty());
 }
 
-TEST_F(ScriptErrorCommand, ResultIsTheLastCallsResult)
+// The result is the last call's; a property that cannot be read does not stop the others, a missing step
+// ends the reading.
+TEST_F(ScriptErrorCommand, FailingStepsAndTheirResults)
 {
-    // An event object without errorUrl: its name lookup is the last call.
-    auto& props = Page().eventProperties;
-    props.pop_back();
-    EXPECT_EQ(DISP_E_UNKNOWNNAME, ReportScriptError());
-    EXPECT_EQ(4u, document->Log().Count(L"Invoke")) << "a missing property does not stop the others";
-
-    tov::Variant url;
-    url.vt = VT_BSTR;
-    url.bstrVal = SysAllocString(L"page.htm");
-    Page().SetEventProperty(L"errorUrl", url);
-    document->Log().Clear();
-    document->Plan().Fail(L"Invoke(errorLine, 0x800, 2, 0)", DISP_E_EXCEPTION);
-    EXPECT_EQ(S_OK, ReportScriptError());
-    EXPECT_EQ(5u, document->Log().Count(L"Invoke")) << "an unreadable value does not stop the others";
-}
-
-TEST_F(ScriptErrorCommand, MissingStepsEndTheReadingEarly)
-{
-    Page().nullEvent = true;
-    EXPECT_EQ(S_OK, ReportScriptError());
-    EXPECT_EQ((std::vector<std::wstring>{L"get_parentWindow()", L"get_event()"}), document->Log().Texts());
-
-    document->Log().Clear();
-    Page().nullEvent = false;
-    document->Plan().Fail(L"get_event", E_ACCESSDENIED);
-    EXPECT_EQ(E_ACCESSDENIED, ReportScriptError());
-    EXPECT_EQ(0u, document->Log().Count(L"GetIDsOfNames"));
-
-    document->Log().Clear();
-    document->Plan().Fail(L"get_parentWindow", E_FAIL);
-    EXPECT_EQ(E_FAIL, ReportScriptError());
-    EXPECT_EQ(0u, document->Log().Count(L"get_event"));
-
-    Page().withoutDocument2 = true;
-    EXPECT_EQ(E_NOINTERFACE, ReportScriptError());
+    const auto allProperties = Page().eventProperties;
+    struct Case {
+        const char* name;
+        std::function<void()> arrange;
+        HRESULT result;
+        size_t events, invokes;
+    };
+    const Case cases[] = {
+        {"no errorUrl", [&] { Page().eventProperties.pop_back(); }, DISP_E_UNKNOWNNAME, 1, 4},
+        {"unreadable errorLine", [&] { document->Plan().Fail(L"Invoke(errorLine, 0x800, 2, 0)", DISP_E_EXCEPTION); }, S_OK, 1, 5},
+        {"no event object", [&] { Page().nullEvent = true; }, S_OK, 1, 0},
+        {"get_parentWindow fails", [&] { document->Plan().Fail(L"get_parentWindow", E_FAIL); }, E_FAIL, 0, 0},
+        {"no IHTMLDocument2", [&] { Page().withoutDocument2 = true; }, E_NOINTERFACE, 0, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        c.arrange();
+        document->Log().Clear();
+        EXPECT_EQ(c.result, ReportScriptError());
+        EXPECT_EQ(c.events, document->Log().Count(L"get_event"));
+        EXPECT_EQ(c.invokes, document->Log().Count(L"Invoke"));
+        document->Plan().Clear();
+        Page().eventProperties = allProperties;
+        Page().nullEvent = Page().withoutDocument2 = false;
+    }
 }

@@ -4,22 +4,7 @@
 #include "support/page_fixture.h"
 #include "frontend/table_standin.h"
 
-using tov::ComPtr;
 using tovfe::MakeScriptTable;
-using tovfe::TableShape;
-
-namespace {
-
-const std::vector<std::wstring> kNoScripts;
-
-std::vector<std::wstring> ScriptTexts(const tovfe::ScriptedPage& page)
-{
-    std::vector<std::wstring> out;
-    for (const auto& s : page.scripts) out.push_back(s.text);
-    return out;
-}
-
-} // namespace
 
 class ScriptExecution : public tovtest::PageFixture {
 protected:
@@ -28,31 +13,26 @@ protected:
         auto table = MakeScriptTable(std::move(lines), width);
         ASSERT_EQ(S_OK, control->putref_ScriptText(table.Object()));
     }
+    std::vector<std::wstring> Scripts() const
+    {
+        std::vector<std::wstring> out;
+        for (const auto& s : document->Page().scripts) out.push_back(s.text);
+        return out;
+    }
 };
 
-TEST_F(ScriptExecution, TableScriptRunsAsJavaScriptInThePageWindow)
+TEST_F(ScriptExecution, TableScriptRunsAsJavaScriptInThePageWindowAtEachCall)
 {
-    Connect(1);
-    auto table = MakeScriptTable({"alert('He", std::string("llo');\0\0\0", 9)}, 9);
-    EXPECT_EQ(S_OK, control->putref_ScriptText(table.Object()));
-    EXPECT_EQ((std::vector<std::string>{"=> GetScriptFromITab", "<= GetScriptFromITab"}), Lines());
-    EXPECT_TRUE(Page().scripts.empty()) << "setting the script runs nothing";
-
-    ClearLines();
+    SetScript({"alert('He", std::string("llo');\0\0\0", 9)}, 9);
+    EXPECT_TRUE(Scripts().empty()) << "setting the script runs nothing";
     EXPECT_EQ(S_OK, control->ExecuteScript());
     ASSERT_EQ(1u, Page().scripts.size());
-    EXPECT_EQ(L"alert('Hello');", Page().scripts[0].text);
     EXPECT_EQ(L"JavaScript", Page().scripts[0].language);
     EXPECT_EQ((std::vector<std::wstring>{L"get_Document()"}), browser->Log().Texts());
     EXPECT_EQ((std::vector<std::wstring>{L"get_parentWindow()", L"execScript(alert('Hello');, JavaScript)"}),
               document->Log().Texts());
-    EXPECT_EQ((std::vector<std::string>{"=> ExecuteScript", "==> InternalExecuteScript", "<== InternalExecuteScript",
-                                        "<= ExecuteScript"}),
-              Lines());
-
     EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::wstring>{L"alert('Hello');", L"alert('Hello');"}), ScriptTexts(Page()))
-        << "each call runs the script again";
+    EXPECT_EQ((std::vector<std::wstring>{L"alert('Hello');", L"alert('Hello');"}), Scripts());
 }
 
 TEST_F(ScriptExecution, NationalCharactersArriveThroughTheFrontEndsCodePage)
@@ -73,77 +53,58 @@ TEST_F(ScriptExecution, NationalCharactersArriveThroughTheFrontEndsCodePage)
         Page().scripts.clear();
         SetScript(c.lines, c.width);
         EXPECT_EQ(S_OK, control->ExecuteScript());
-        EXPECT_EQ((std::vector<std::wstring>{L"alert('Gr\u00FC\u00DFe \u20AC');"}), ScriptTexts(Page()));
+        EXPECT_EQ((std::vector<std::wstring>{L"alert('Gr\u00FC\u00DFe \u20AC');"}), Scripts());
     }
-    EXPECT_GE(services.gui->Log().Count(L"GetCodePage"), 2u) << "the code page is asked at each run";
+    services.gui->Child().codePage = 54321;
+    EXPECT_EQ(S_OK, control->ExecuteScript()) << "a code page that cannot convert runs nothing";
+    EXPECT_EQ(1u, Page().scripts.size());
 }
 
+// An object that answers neither table interface is rejected like a null object.
 TEST_F(ScriptExecution, ObjectsWithoutTableKeepThePreviousScript)
 {
     SetScript({"keep();"}, 7);
     Connect(2);
-    auto neither = MakeScriptTable({"other();"}, 8, TableShape::Neither);
-    auto noData = MakeScriptTable({"other();"}, 8);
-    noData.table->withoutData = true;
-    for (IDispatch* object : {static_cast<IDispatch*>(nullptr), neither.Object(), noData.Object()}) {
+    auto neither = MakeScriptTable({"other();"}, 8, tovfe::TableShape::Neither);
+    for (IDispatch* object : {static_cast<IDispatch*>(nullptr), neither.Object()}) {
         ClearLines();
         EXPECT_EQ(S_OK, control->putref_ScriptText(object));
-        EXPECT_EQ((std::vector<std::string>{"GetScriptFromITab: invalid LPDISPATCH"}), DetailLines());
+        EXPECT_EQ(std::vector<std::string>{"GetScriptFromITab: invalid LPDISPATCH"}, DetailLines());
     }
-    auto noReader = MakeScriptTable({"other();"}, 8);
-    noReader.data->withoutReader = true;
-    ClearLines();
-    EXPECT_EQ(S_OK, control->putref_ScriptText(noReader.Object()));
-    EXPECT_TRUE(DetailLines().empty());
-
     EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::wstring>{L"keep();"}), ScriptTexts(Page()));
-
-    auto dataOnly = MakeScriptTable({"data();"}, 7, TableShape::DataObject);
-    EXPECT_EQ(S_OK, control->putref_ScriptText(dataOnly.Object()));
-    EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::wstring>{L"keep();", L"data();"}), ScriptTexts(Page()));
+    EXPECT_EQ((std::vector<std::wstring>{L"keep();"}), Scripts());
 }
 
-TEST_F(ScriptExecution, TheOtherTwoScriptsDoNotReplaceTheGeneralOne)
+// The general script runs through ExecuteScript, the completion script when the back end reports
+// completion (event 102); neither replaces the other. (The submitted-data script: with the TOVEVENT tests.)
+TEST_F(ScriptExecution, EachScriptRunsAtItsOwnTime)
 {
-    SetScript({"general();"}, 10);
+    tov::ComPtr<ITOVGUIControl> gui;
+    ASSERT_EQ(S_OK, control->QueryInterface(IID_ITOVGUIControl, gui.PutVoid()));
     auto completed = MakeScriptTable({"completed();"}, 12);
-    auto submitted = MakeScriptTable({"submitted();"}, 12);
-    EXPECT_EQ(S_OK, control->putref_ScriptOnBRELCompleted(completed.Object()));
-    EXPECT_EQ(S_OK, control->putref_ScriptOnDataSubmitted(submitted.Object()));
-    EXPECT_EQ(S_OK, control->putref_ScriptOnBRELCompleted(nullptr));
-    EXPECT_EQ(S_OK, control->putref_ScriptOnDataSubmitted(nullptr));
-    EXPECT_EQ(1u, completed.rec->log.Count(L"CopyLine"));
-    EXPECT_EQ(1u, submitted.rec->log.Count(L"CopyLine"));
+    ASSERT_EQ(S_OK, control->putref_ScriptOnBRELCompleted(completed.Object()));
     EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::wstring>{L"general();"}), ScriptTexts(Page()));
+    EXPECT_TRUE(Scripts().empty()) << "no general script yet";
+    SetScript({"general();"}, 10);
+    gui->HandleEvent(102, nullptr);
+    EXPECT_EQ(S_OK, control->ExecuteScript());
+    EXPECT_EQ((std::vector<std::wstring>{L"completed();", L"general();"}), Scripts());
 }
 
-TEST_F(ScriptExecution, TablesWithBadLinesOrSizes)
+TEST_F(ScriptExecution, EmptyScriptsRunNothingAndLargeOnesRunWhole)
 {
-    auto table = MakeScriptTable({"a();", "BAD", "b();"}, 4);
-    table.rec->plan.Fail(L"CopyLine(2, 4)", E_FAIL);
-    EXPECT_EQ(S_OK, control->putref_ScriptText(table.Object()));
+    auto negative = MakeScriptTable({"x();"}, 4);
+    negative.reader->reportedCount = -5;
+    EXPECT_EQ(S_OK, control->putref_ScriptText(negative.Object()));
     EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::wstring>{L"a();b();"}), ScriptTexts(Page()));
-
-    // A reader reporting a negative width or count leaves an empty script, and an empty script runs nothing.
-    for (int i = 0; i < 2; ++i) {
-        auto bad = MakeScriptTable({"x();"}, 4);
-        (i == 0 ? bad.reader->reportedWidth : bad.reader->reportedCount) = -5;
-        EXPECT_EQ(S_OK, control->putref_ScriptText(bad.Object()));
-        document->Log().Clear();
-        browser->Log().Clear();
-        EXPECT_EQ(S_OK, control->ExecuteScript());
-        EXPECT_TRUE(document->Log().Calls().empty());
-        EXPECT_TRUE(browser->Log().Calls().empty());
-    }
-    EXPECT_EQ(1u, Page().scripts.size());
-
+    EXPECT_TRUE(browser->Log().Calls().empty()) << "an empty script does not even look for the page";
     auto throwing = MakeScriptTable({"x();"}, 4);
     throwing.rec->plan.Throw(L"GetLineCount");
     EXPECT_NE(S_OK, control->putref_ScriptText(throwing.Object())) << "an exception from the table is an error";
+
+    SetScript(std::vector<std::string>(10000, std::string(100, 'a')), 100);
+    EXPECT_EQ(S_OK, control->ExecuteScript());
+    EXPECT_EQ(std::vector<std::wstring>{std::wstring(1000000, L'a')}, Scripts());
 }
 
 TEST_F(ScriptExecution, EachFailingStepIsTracedAndEndsTheRun)
@@ -176,73 +137,9 @@ TEST_F(ScriptExecution, EachFailingStepIsTracedAndEndsTheRun)
         document->Plan().Clear();
         Page().withoutDocument2 = Page().nullWindow = false;
     }
-
     document->Plan().Throw(L"execScript");
     EXPECT_EQ(S_OK, control->ExecuteScript()) << "an exception in the page stays in the control";
     document->Plan().Clear();
     EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::wstring>{L"run();"}), ScriptTexts(Page()));
-}
-
-TEST_F(ScriptExecution, LateBoundScriptTextAndExecuteScript)
-{
-    ComPtr<IDispatch> disp;
-    ASSERT_EQ(S_OK, control->QueryInterface(IID_IDispatch, disp.PutVoid()));
-    auto table = MakeScriptTable({"late();"}, 7);
-    VARIANT arg;
-    arg.vt = VT_DISPATCH;
-    arg.pdispVal = table.Object();
-    DISPID named = DISPID_PROPERTYPUT;
-    DISPPARAMS put{&arg, &named, 1, 1};
-    ASSERT_EQ(S_OK, disp->Invoke(19, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUTREF, &put, nullptr, nullptr, nullptr));
-    DISPPARAMS none{};
-    ASSERT_EQ(S_OK, disp->Invoke(20, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr));
-    EXPECT_EQ((std::vector<std::wstring>{L"late();"}), ScriptTexts(Page()));
-}
-
-using ScriptsWithoutBrowser = tovtest::ControlFixture;
-
-TEST_F(ScriptsWithoutBrowser, ScriptsAreKeptAndNothingRuns)
-{
-    Connect(2);
-    auto table = MakeScriptTable({"x();"}, 4);
-    EXPECT_EQ(S_OK, control->putref_ScriptText(table.Object()));
-    EXPECT_EQ(1u, table.rec->log.Count(L"CopyLine"));
-    ClearLines();
-    EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ((std::vector<std::string>{"=> ExecuteScript", "==> InternalExecuteScript", "<== InternalExecuteScript",
-                                        "<= ExecuteScript"}),
-              Lines());
-}
-
-TEST_F(ScriptExecution, UnknownCodePageRunsNothingAndLargeScriptsRunWhole)
-{
-    SetScript({"x();"}, 4);
-    services.gui->Child().codePage = 54321;
-    EXPECT_EQ(S_OK, control->ExecuteScript()) << "the conversion fails inside the control";
-    EXPECT_EQ(0u, document->Log().Count(L"execScript"));
-
-    services.gui->Child().codePage = 1252;
-    const std::string line(100, 'a');
-    std::vector<std::string> lines(10000, line);
-    SetScript(lines, 100);
-    EXPECT_EQ(S_OK, control->ExecuteScript());
-    ASSERT_EQ(1u, Page().scripts.size());
-    EXPECT_EQ(std::wstring(1000000, L'a'), Page().scripts[0].text);
-}
-
-TEST_F(ScriptExecution, BackEndCompletionRunsItsScriptOnlyWhenOneIsSet)
-{
-    Connect(1);
-    ComPtr<ITOVGUIControl> gui;
-    ASSERT_EQ(S_OK, control->QueryInterface(IID_ITOVGUIControl, gui.PutVoid()));
-    gui->HandleEvent(102, nullptr);
-    EXPECT_TRUE(Page().scripts.empty()) << "no completion script set";
-
-    auto table = MakeScriptTable({"done();"}, 7);
-    ASSERT_EQ(S_OK, control->putref_ScriptOnBRELCompleted(table.Object()));
-    gui->HandleEvent(102, nullptr);
-    EXPECT_EQ((std::vector<std::wstring>{L"done();"}), ScriptTexts(Page()));
-    EXPECT_EQ(S_OK, control->ExecuteScript());
-    EXPECT_EQ(1u, Page().scripts.size()) << "the general script is still empty and runs nothing";
+    EXPECT_EQ((std::vector<std::wstring>{L"run();"}), Scripts());
 }

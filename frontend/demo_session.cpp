@@ -176,6 +176,21 @@ private:
     std::set<std::wstring> m_made;
 };
 
+// Moves the mouse pointer for a scripted user. A pointer moved under Wine can snap back to its old place
+// for a moment, so this waits until it stays where it was put.
+void PlaceMouse(int x, int y)
+{
+    SetCursorPos(x, y);
+    int steady = 0;
+    for (int i = 0; i < 100 && steady < 3; ++i) {
+        PumpMessages();
+        Sleep(10);
+        POINT p{};
+        GetCursorPos(&p);
+        steady = (p.x == x && p.y == y) ? steady + 1 : 0;
+    }
+}
+
 LONG Checked(HRESULT hr, LONG code)
 {
     if (FAILED(hr)) std::printf("  HRESULT 0x%08lx\n", static_cast<unsigned long>(hr));
@@ -257,7 +272,7 @@ int RunDemoSession(const std::wstring& samples)
         c->get_UIFlag(&flags);
         c->put_UIFlag(flags | 2);
         std::printf("  the front end sets UIFlag to %ld (bit 2: the front end provides the page's context menus)\n", flags | 2);
-        SetCursorPos(300, 200);
+        PlaceMouse(300, 200);
         POINT mouse{};
         GetCursorPos(&mouse);
         std::printf("  the browser asks the control for a context menu; the mouse is at screen point %ld,%ld\n", mouse.x, mouse.y);

@@ -22,10 +22,8 @@ CTOVHTMLControl::CTOVHTMLControl()
     wcsncpy(m_szInstanceTag, url::InstanceTag(reinterpret_cast<uintptr_t>(this)).c_str(), 63);
 }
 
-CTOVHTMLControl::~CTOVHTMLControl()
-{
-    FinalRelease();
-}
+// Torn down in OnLastRelease, which is the only way to the destructor.
+CTOVHTMLControl::~CTOVHTMLControl() = default;
 
 void CTOVHTMLControl::FinalConstruct() {}
 

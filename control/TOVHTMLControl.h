@@ -121,6 +121,7 @@ public:
 
 protected:
     void FinalConstruct() override;
+    void OnLastRelease() noexcept override;
     const CLSID& ControlClassId() const override { return CLSID_TOVHTMLControl; }
     DWORD ControlMiscStatus() const override { return 131473; }
     IUnknown* ControlIdentity() override { return ControllingUnknown(); }
@@ -149,6 +150,21 @@ private:
         fire();
     }
     template <class Fire> void FireFromFrontEnd(std::string_view scopeName, Fire&& fire);
+    // Handles one call of the hosted browser: an event at a sink, or a site call that fires events. The
+    // front end's handlers run inside it and may drop the control's last reference while the browser
+    // still holds the sink or site it called (see OnLastRelease). No exception goes back to the browser;
+    // a control already torn down handles nothing.
+    template <class F> HRESULT HandleBrowserCall(F&& handler) noexcept
+    {
+        if (m_bLastReleased) return S_OK;
+        ++m_cBrowserCalls;
+        tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
+        const HRESULT hr = tov::GuardedCall(std::forward<F>(handler));
+        keepAlive.Reset();
+        --m_cBrowserCalls;
+        FreeOnceBrowserLetGo();
+        return hr;
+    }
     // The automation method pattern: trace scope, return code, browser check, exception guard.
     template <class Body>
     HRESULT AutomationCall(std::string_view scopeName, const char* invalidText, LONG* pRetCode, Body&& body);
@@ -158,6 +174,10 @@ private:
     // A trace scope on the control's trace with the front end's sink.
     tov::ComPtr<ITOVTraceSink> TraceSinkRef();
     void FinalRelease() noexcept;
+    // The browser's Release on the site or a sink, and the check whether a torn-down control was only
+    // waiting for that to be freed.
+    ULONG ReleaseBrowserHeld() noexcept;
+    void FreeOnceBrowserLetGo() noexcept;
     void EndBrowserSession() noexcept;
     // The browser's zoom for the control window's screen, and the zoom command every own navigation
     // starts with (ExecuteWB 63, 0).
@@ -283,6 +303,9 @@ private:
     bool m_bInPlaceActive = false;
     // References the browser holds on the site and the sinks (not on the control itself).
     ULONG m_cBrowserHeldRefs = 0;
+    // Calls of the browser in progress, and whether the control was torn down inside one of them.
+    ULONG m_cBrowserCalls = 0;
+    bool m_bLastReleased = false;
     // Parts of this object with interfaces of their own.
     CBrowserSite m_site{*this};
     CBrowserEventsSink m_eventsSink{*this};

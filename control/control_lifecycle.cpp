@@ -74,6 +74,35 @@ STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
     });
 }
 
+// The control is torn down at its last release. When a front-end handler drops that reference inside a
+// call of the browser, the browser still holds the sink or site it called and releases it only after the
+// call has returned: the memory, and with it the module, stays until the browser has let go of all.
+void CTOVHTMLControl::OnLastRelease() noexcept
+{
+    FinalRelease();
+    if (m_cBrowserCalls == 0) {
+        delete this;
+        return;
+    }
+    m_bLastReleased = true;
+    // A browser that kept the sinks until its own end must not be kept alive by the control in turn.
+    m_pCommandTarget.Reset();
+    m_pOleObject.Reset();
+    m_pWebBrowser.Reset();
+}
+
+void CTOVHTMLControl::FreeOnceBrowserLetGo() noexcept
+{
+    if (m_bLastReleased && m_cBrowserCalls == 0 && m_cBrowserHeldRefs == 0) delete this;
+}
+
+ULONG CTOVHTMLControl::ReleaseBrowserHeld() noexcept
+{
+    const ULONG c = --m_cBrowserHeldRefs;
+    FreeOnceBrowserLetGo();
+    return c;
+}
+
 void CTOVHTMLControl::FinalRelease() noexcept
 {
     try {

@@ -48,7 +48,7 @@ HRESULT CTOVHTMLControl::OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR Tar
                                                   BSTR Headers, VARIANT_BOOL* Cancel)
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "BeforeNavigate");
-    scope.Detail(ToAnsi(View(URL)));
+    if (m_trace.Level() >= 2) scope.Detail(ToAnsi(View(URL)));
     m_bDocumentComplete = false;
     HRESULT hr = S_OK;
     try {
@@ -95,8 +95,11 @@ HRESULT CTOVHTMLControl::OnBeforeNavigate(BSTR URL, LONG /*Flags*/, BSTR TargetF
                                           BSTR Headers, VARIANT_BOOL* Cancel)
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "OnBeforeNavigate");
-    scope.Detail(ToAnsi(View(URL)));
-    scope.Detail(ToAnsi(View(TargetFrameName)));
+    // Every navigation passes here: the texts are only made when they are written.
+    if (m_trace.Level() >= 2) {
+        scope.Detail(ToAnsi(View(URL)));
+        scope.Detail(ToAnsi(View(TargetFrameName)));
+    }
 
     const UINT codePage = FrontendCodePage();
     if (m_bstrLanguage.Length() == 0) {

@@ -5,49 +5,37 @@
 
 STDMETHODIMP CBrowserEventsSink::QueryInterface(REFIID riid, void** ppv) { return m_control.ControllingUnknown()->QueryInterface(riid, ppv); }
 STDMETHODIMP_(ULONG) CBrowserEventsSink::AddRef() { return ++m_control.m_cBrowserHeldRefs; }
-STDMETHODIMP_(ULONG) CBrowserEventsSink::Release() { return --m_control.m_cBrowserHeldRefs; }
-
-namespace {
-// A browser event: the front end's handlers run inside it and may drop the control's last reference;
-// no exception goes back to the browser.
-template <class F> HRESULT HandleBrowserEvent(CTOVHTMLControl& control, F&& handler) noexcept
-{
-    return tov::GuardedCall([&] {
-        tov::ComPtr<IUnknown> keepAlive(control.ControllingUnknown());
-        return handler();
-    });
-}
-} // namespace
+STDMETHODIMP_(ULONG) CBrowserEventsSink::Release() { return m_control.ReleaseBrowserHeld(); }
 
 STDMETHODIMP CBrowserEventsSink::BeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers,
                                                 VARIANT_BOOL* Cancel)
 {
-    return HandleBrowserEvent(m_control, [&] {
+    return m_control.HandleBrowserCall([&] {
         return m_control.OnTopLevelBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
     });
 }
 STDMETHODIMP CBrowserEventsSink::NavigateComplete(BSTR URL)
 {
-    return HandleBrowserEvent(m_control, [&] { m_control.OnNavigateComplete(URL); return S_OK; });
+    return m_control.HandleBrowserCall([&] { m_control.OnNavigateComplete(URL); return S_OK; });
 }
 STDMETHODIMP CBrowserEventsSink::FrameBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData,
                                                      BSTR Headers, VARIANT_BOOL* Cancel)
 {
-    return HandleBrowserEvent(m_control, [&] {
+    return m_control.HandleBrowserCall([&] {
         return m_control.OnFrameBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
     });
 }
 STDMETHODIMP CBrowserEventsSink::FrameNavigateComplete(BSTR URL)
 {
-    return HandleBrowserEvent(m_control, [&] { m_control.OnFrameNavigateComplete(URL); return S_OK; });
+    return m_control.HandleBrowserCall([&] { m_control.OnFrameNavigateComplete(URL); return S_OK; });
 }
 
 STDMETHODIMP CBrowserEvents2Sink::QueryInterface(REFIID riid, void** ppv) { return m_control.ControllingUnknown()->QueryInterface(riid, ppv); }
 STDMETHODIMP_(ULONG) CBrowserEvents2Sink::AddRef() { return ++m_control.m_cBrowserHeldRefs; }
-STDMETHODIMP_(ULONG) CBrowserEvents2Sink::Release() { return --m_control.m_cBrowserHeldRefs; }
+STDMETHODIMP_(ULONG) CBrowserEvents2Sink::Release() { return m_control.ReleaseBrowserHeld(); }
 
 STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch* frame, VARIANT)
 {
-    return HandleBrowserEvent(m_control, [&] { m_control.OnDocumentComplete(frame); return S_OK; });
+    return m_control.HandleBrowserCall([&] { m_control.OnDocumentComplete(frame); return S_OK; });
 }
 STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel) { return m_control.NewWindow2(ppDisp, Cancel); }

@@ -61,7 +61,7 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
     LONG size = 0;
     if (bytes) {
         size = static_cast<LONG>(raw.size());
-        scope.Write("Size of Postdata before Transformation: " + std::to_string(size), trace::kDetail);
+        if (detailed) scope.Write("Size of Postdata before Transformation: " + std::to_string(size), trace::kDetail);
     }
     if (size != 0) {
         // The data is unescaped straight into the stream's own memory (it never grows): one buffer less
@@ -82,7 +82,7 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
             const size_t plain = url::UnescapeData(raw.data(), raw.size(), buffer, static_cast<uint32_t>(m_lUIFlag),
                                                    url::SystemAnsiConverter());
             GlobalUnlock(memory);
-            scope.Write("Size of Postdata after Transformation: " + std::to_string(plain), trace::kDetail);
+            if (detailed) scope.Write("Size of Postdata after Transformation: " + std::to_string(plain), trace::kDetail);
             ULARGE_INTEGER used;
             used.QuadPart = plain;
             LARGE_INTEGER end;
@@ -102,9 +102,10 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
             ULARGE_INTEGER none{};
             stream->SetSize(none);
         }
-        scope.Write("Used time for postdata transformation: " + std::to_string(static_cast<int>(GetTickCount() - start)) +
-                        " ms.",
-                    trace::kDetail);
+        if (detailed)
+            scope.Write("Used time for postdata transformation: " + std::to_string(static_cast<int>(GetTickCount() - start)) +
+                            " ms.",
+                        trace::kDetail);
     }
     m_lPostDataLength = size;
     if (m_bScriptRecording) m_bPostDataModified = 1;

@@ -45,7 +45,7 @@ public:
         ULONG c = --m_cRef;
         if (c == 0) {
             m_cRef = 1; // guards against re-entrant releases while the object goes away
-            delete this;
+            OnLastRelease();
         }
         return c;
     }
@@ -76,6 +76,9 @@ protected:
 
     // Called once after construction, before the first interface is handed out; may throw.
     virtual void FinalConstruct() {}
+    // The last reference is gone: the object frees itself. An object that others still reach through
+    // pointers counted apart from its references may postpone that until they let go.
+    virtual void OnLastRelease() noexcept { delete this; }
 
 private:
     // The non-delegating unknown an aggregating outer object holds.

@@ -1,5 +1,6 @@
 #include "frontend/demo_session.h"
 #include <ocidl.h>
+#include <mshtmhst.h>
 #include <cstdio>
 #include <functional>
 #include <set>
@@ -7,6 +8,7 @@
 #include "frontend/browser_application_class.h"
 #include "frontend/class_registration.h"
 #include "frontend/container_window.h"
+#include "frontend/context_menu_standin.h"
 #include "frontend/data_provider_standin.h"
 #include "frontend/event_printer.h"
 #include "frontend/frontend_container.h"
@@ -30,6 +32,8 @@ public:
         DataStore::Instance().ServeFolder(samples, kAppUrl);
         MakeFrontend(m_container, m_trace);
         m_services = AddGUIServices(*m_container.Get(), 1252, L"EN");
+        m_menuService = ContextMenuServiceStandIn::Create(m_menuServiceCalls);
+        m_container->AddService(SID_TOVContextMenuService, static_cast<ITOVContextMenuService*>(m_menuService.Get()));
         m_tempBefore = TempFolderFiles();
     }
 
@@ -67,6 +71,14 @@ public:
 
     ITOVHTMLControl* Control() const { return m_control.Get(); }
     ScriptedBrowser* Browser() const { return m_browsers.Last(); }
+    // The front end's menu service, and the log its menus record into.
+    ContextMenuServiceStandIn* MenuService() const { return m_menuService.Get(); }
+    const std::shared_ptr<Recorder>& MenuCalls() const { return m_menuCalls; }
+    void PrintMenuCalls()
+    {
+        PrintCalls("menu", m_menuCalls->log.Texts(), m_shownMenuCalls);
+        PrintCalls("menu service", m_menuServiceCalls->log.Texts(), m_shownMenuServiceCalls);
+    }
 
     void Finish()
     {
@@ -149,15 +161,35 @@ private:
     ComPtr<FrontendContainer> m_container;
     ComPtr<TraceSinkStandIn> m_trace;
     GUIServices m_services;
+    std::shared_ptr<Recorder> m_menuCalls = std::make_shared<Recorder>();
+    std::shared_ptr<Recorder> m_menuServiceCalls = std::make_shared<Recorder>();
+    ComPtr<ContextMenuServiceStandIn> m_menuService;
     ComPtr<ITOVHTMLControl> m_control;
     ComPtr<EventPrinter> m_printer;
     ComPtr<IConnectionPoint> m_point;
     DWORD m_cookie = 0;
     size_t m_shownCalls = 0;
     size_t m_shownWindowCalls = 0;
+    size_t m_shownMenuCalls = 0;
+    size_t m_shownMenuServiceCalls = 0;
     std::set<std::wstring> m_tempBefore;
     std::set<std::wstring> m_made;
 };
+
+// Moves the mouse pointer for a scripted user. A pointer moved under Wine can snap back to its old place
+// for a moment, so this waits until it stays where it was put.
+void PlaceMouse(int x, int y)
+{
+    SetCursorPos(x, y);
+    int steady = 0;
+    for (int i = 0; i < 100 && steady < 3; ++i) {
+        PumpMessages();
+        Sleep(10);
+        POINT p{};
+        GetCursorPos(&p);
+        steady = (p.x == x && p.y == y) ? steady + 1 : 0;
+    }
+}
 
 LONG Checked(HRESULT hr, LONG code)
 {
@@ -234,6 +266,39 @@ int RunDemoSession(const std::wstring& samples)
     });
     c->put_PostData(nullptr);
     postData->Release();
+
+    s.Step("the user right-clicks in the page: the front end shows its own context menu and the user picks \"Print\"", [&] {
+        LONG flags = 0;
+        c->get_UIFlag(&flags);
+        c->put_UIFlag(flags | 2);
+        std::printf("  the front end sets UIFlag to %ld (bit 2: the front end provides the page's context menus)\n", flags | 2);
+        PlaceMouse(300, 200);
+        POINT mouse{};
+        GetCursorPos(&mouse);
+        std::printf("  the browser asks the control for a context menu; the mouse is at screen point %ld,%ld\n", mouse.x, mouse.y);
+        POINT inPage{40, 60};
+        const HRESULT asked = s.Browser()->CallShowContextMenu(CONTEXT_MENU_DEFAULT, &inPage);
+        if (asked == S_OK) std::printf("  the control answered S_OK: the browser shows no menu of its own\n");
+        else std::printf("  the control answered 0x%08lx: the browser shows its own menu\n", static_cast<unsigned long>(asked));
+
+        auto menu = ContextMenuStandIn::Create({{L"FC_OPEN", L"FC_PRINT", L"FC_PROPERTIES"}, 1}, s.MenuCalls());
+        IDispatch* menuDispatch = static_cast<ITOVContextMenu*>(menu.Get());
+        s.MenuService()->whileShowing = [&] {
+            s.PrintMenuCalls();
+            std::printf("  the menu is open; the user picks entry 1 and the front end hands the menu back to the control\n"
+                        "  (ITOVGUIControl::HandleEvent 300)\n");
+            ComPtr<ITOVGUIControl> gui;
+            if (SUCCEEDED(c->QueryInterface(IID_ITOVGUIControl, gui.PutVoid()))) gui->HandleEvent(300, menuDispatch);
+            std::printf("  the control read the chosen entry from the menu:\n");
+            s.PrintMenuCalls();
+        };
+        std::printf("  in answer the front end builds its menu (FC_OPEN, FC_PRINT, FC_PROPERTIES) and calls\n"
+                    "  TrackContextMenu(menu, 0, 0): 0,0 places it at the mouse\n");
+        const HRESULT tracked = c->TrackContextMenu(menuDispatch, 0, 0);
+        s.MenuService()->whileShowing = nullptr;
+        s.PrintMenuCalls();
+        return Checked(tracked, 0);
+    });
     s.Finish();
     return 0;
 }

@@ -37,7 +37,7 @@ STDMETHODIMP CBrowserSite::QueryInterface(REFIID riid, void** ppv) { return m_co
 // counted apart from the control's own, so that the front end's last release still ends the control and
 // its tear-down lets the browser go.
 STDMETHODIMP_(ULONG) CBrowserSite::AddRef() { return ++m_control.m_cBrowserHeldRefs; }
-STDMETHODIMP_(ULONG) CBrowserSite::Release() { return --m_control.m_cBrowserHeldRefs; }
+STDMETHODIMP_(ULONG) CBrowserSite::Release() { return m_control.ReleaseBrowserHeld(); }
 
 // IOleClientSite
 STDMETHODIMP CBrowserSite::SaveObject() { return S_OK; }
@@ -138,7 +138,7 @@ STDMETHODIMP CBrowserSite::ShowPropertyFrame() { return E_NOTIMPL; }
 // IDocHostUIHandler
 STDMETHODIMP CBrowserSite::ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*)
 {
-    return m_control.OnBrowserContextMenu();
+    return m_control.HandleBrowserCall([&] { return m_control.OnBrowserContextMenu(); });
 }
 STDMETHODIMP CBrowserSite::GetHostInfo(DOCHOSTUIINFO* pInfo)
 {

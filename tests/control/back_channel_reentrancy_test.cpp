@@ -80,4 +80,25 @@ TEST_F(BackChannelReentrancy, HandlerReleasesItsReferenceToTheControl)
     EXPECT_EQ(1, outcome.cancel);
     EXPECT_EQ("x=A", Stored(provider));
     control.Attach(raw);
+
+    // The window closes on a click and the front end lets go of its last reference. The browser holds
+    // the control's sink until it has called its other listeners, so the control's memory must stay.
+    tovtest::RecordingEventSink later;
+    later.iid = DIID_DWebBrowserEvents;
+    HRESULT unloadable = S_OK;
+    later.onEvent = [&](const FiredEvent&) { unloadable = ocx.CanUnloadNow(); };
+    tov::ComPtr<IConnectionPointContainer> points;
+    tov::ComPtr<IConnectionPoint> pagePoint;
+    DWORD laterCookie = 0;
+    browser->QueryInterface(IID_IConnectionPointContainer, points.PutVoid());
+    ASSERT_EQ(S_OK, points->FindConnectionPoint(DIID_DWebBrowserEvents, pagePoint.Put()));
+    ASSERT_EQ(S_OK, pagePoint->Advise(&later, &laterCookie));
+    sink.onEvent = [&](const FiredEvent&) {
+        host.Destroy();
+        control.Reset();
+    };
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Close").cancel);
+    EXPECT_EQ(S_FALSE, unloadable) << "the control was freed while the browser still held its sink";
+    EXPECT_EQ(S_OK, ocx.CanUnloadNow()) << "the control is gone";
+    pagePoint->Unadvise(laterCookie);
 }

@@ -5,7 +5,7 @@ namespace tovtest {
 STDMETHODIMP RecordingEventSink::QueryInterface(REFIID riid, void** ppv)
 {
     if (!ppv) return E_POINTER;
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, DIID__TOVHTMLControlEvents)) {
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, iid)) {
         *ppv = static_cast<IDispatch*>(this);
         AddRef();
         return S_OK;

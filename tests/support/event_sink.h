@@ -1,6 +1,6 @@
 #pragma once
-// A front end's sink for the control's outgoing events: records every Invoke with its arguments in
-// declaration order, and can run a handler inside the call.
+// A front end's sink for the control's outgoing events (or, with another `iid`, for the browser's):
+// records every Invoke with its arguments in declaration order, and can run a handler inside the call.
 #include <windows.h>
 #include <oaidl.h>
 #include <functional>
@@ -30,6 +30,7 @@ public:
     std::vector<LCID> locales;
     std::function<void(const FiredEvent&)> onEvent;
     HRESULT answer = S_OK;
+    IID iid = DIID__TOVHTMLControlEvents;
     ULONG m_refs = 1; // owned by the test's stack frame
 };
 

@@ -43,7 +43,7 @@ ComPtr<IConnectionPointContainer> MakeSource(Source*& source)
 
 } // namespace
 
-TEST(ConnectionPoints, FoundByInterfaceCookiesAreSlotsAndWrongOnesAreRefusedAndEveryReferenceIsGivenBack)
+TEST(ConnectionPoints, FoundByInterfaceCookiesAreSlotsWrongOnesRefusedAndEveryReferenceGivenBack)
 {
     CountingObject a(kFirstIid), b(kFirstIid), c(kFirstIid), d(kFirstIid), wrong(kSecondIid);
     CountingObject* const sinks[] = {&a, &b, &c, &d, &wrong};
@@ -55,13 +55,9 @@ TEST(ConnectionPoints, FoundByInterfaceCookiesAreSlotsAndWrongOnesAreRefusedAndE
         EXPECT_EQ(&source->second, point.Get());
         EXPECT_EQ(CONNECT_E_NOCONNECTION, cpc->FindConnectionPoint(IID_IDispatch, point.Put()));
         EXPECT_FALSE(point);
-        ComPtr<IEnumConnectionPoints> points;
-        ASSERT_EQ(S_OK, cpc->EnumConnectionPoints(points.Put()));
-        ASSERT_EQ(S_OK, points->Next(1, point.Put(), nullptr));
-        EXPECT_EQ(&source->first, point.Get());
     }
     cpc->AddRef();
-    EXPECT_EQ(1u, cpc->Release()) << "points and enumerators count on their owner and let go";
+    EXPECT_EQ(1u, cpc->Release()) << "a point found lets go of its owner";
 
     DWORD cookies[5] = {};
     for (int i = 0; i < 3; ++i) ASSERT_EQ(S_OK, source->first.Advise(sinks[i], &cookies[i]));

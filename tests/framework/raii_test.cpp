@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
+#include <vector>
 #include "counting_object.h"
 #include "framework/bstr.h"
 #include "framework/com_ptr.h"
@@ -74,18 +75,15 @@ TEST(Variant, CopiesHoldTheirOwnReferences)
     EXPECT_EQ(1u, obj.refs);
 }
 
-TEST(UniqueHandle, ClosesWhatItOwnsOnceAndNothingMovedAway)
+TEST(UniqueHandle, AMoveHandsTheWindowOverAndAssigningClosesWhatWasOwned)
 {
-    HWND first = nullptr, second = nullptr;
+    const auto make = [] { return CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr); };
+    HWND first = make(), second = make();
     {
-        tov::UniqueWindow a(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr));
-        tov::UniqueWindow b(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr));
-        first = a.Get();
-        second = b.Get();
+        tov::UniqueWindow a(first), b(second);
         b = std::move(a);
         b = std::move(b);
-        EXPECT_FALSE(IsWindow(second)) << "assigning closes what was owned";
-        EXPECT_TRUE(IsWindow(first)) << "a move hands the window over";
+        EXPECT_EQ((std::vector<BOOL>{TRUE, FALSE}), (std::vector<BOOL>{IsWindow(first), IsWindow(second)}));
     }
     EXPECT_FALSE(IsWindow(first));
 }

@@ -1,29 +1,12 @@
 // The entry points of the OCX: the class object for the control class only, creation alone and
 // aggregated, and the unload answer while controls, class objects or locks live.
 #include <gtest/gtest.h>
+#include "framework/counting_object.h"
 #include "support/ocx.h"
 
 using tov::ComPtr;
+using tovtest::CountingObject;
 using tovtest::Ocx;
-
-namespace {
-
-// A minimal controlling object for aggregation: it answers IUnknown itself and counts its references.
-class Outer : public IUnknown {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        *ppv = IsEqualIID(riid, IID_IUnknown) ? this : nullptr;
-        if (!*ppv) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++refs; }
-    STDMETHODIMP_(ULONG) Release() override { return --refs; }
-    ULONG refs = 1;
-};
-
-} // namespace
 
 TEST(ClassObject, OnlyTheControlClassIsServed)
 {
@@ -57,7 +40,7 @@ TEST(ClassObject, UnloadIsRefusedWhileAControlAClassObjectOrALockLives)
 TEST(ClassObject, CreatesTheControlAggregated)
 {
     Ocx ocx;
-    Outer outer;
+    CountingObject outer; // the controlling object
     {
         ComPtr<IClassFactory> factory;
         ASSERT_EQ(S_OK, ocx.GetClassObject(CLSID_TOVHTMLControl, IID_IClassFactory, factory.PutVoid()));

@@ -72,10 +72,8 @@ TEST_F(RegistryConfig, PluginSwitchPrefersTheUsersReadableValue)
         {"the machine's value alone", std::nullopt, REG_DWORD, true, true},
         {"the user's 0 wins over the machine's 1", Dword(0), REG_DWORD, true, false},
         {"on only for exactly 1", Dword(2), REG_DWORD, true, false},
-        {"the type is not looked at", Dword(1), REG_BINARY, false, true},
         {"the user's key without the value", std::string(), REG_DWORD, true, true},
         {"an unreadable value: the machine's decides", Wide(L"1234"), REG_SZ, true, true},
-        {"an unreadable value and no machine value", Wide(L"1234"), REG_SZ, false, false},
         {"no key anywhere: the user's is made", std::nullopt, REG_DWORD, false, false},
     };
     for (const auto& c : cases) {

@@ -1,5 +1,5 @@
-// Connection points kept inside their owner: finding and enumerating them, slot cookies with reuse of a
-// freed slot, refused sinks and cookies, and the references all of these hold and give back.
+// Connection points kept inside their owner: finding them, slot cookies with reuse of a freed slot,
+// refused sinks and cookies, and the references all of these hold and give back.
 #include <gtest/gtest.h>
 #include <olectl.h>
 #include "counting_object.h"
@@ -41,69 +41,44 @@ ComPtr<IConnectionPointContainer> MakeSource(Source*& source)
     return cpc;
 }
 
-ULONG RefsOf(IUnknown* p)
-{
-    p->AddRef();
-    return p->Release();
-}
-
 } // namespace
 
-TEST(ConnectionPoints, FoundByInterfaceEnumeratedInOrderAndTheirReferencesGivenBack)
-{
-    Source* source = nullptr;
-    auto cpc = MakeSource(source);
-    const ULONG refs = RefsOf(cpc.Get());
-    {
-        ComPtr<IConnectionPoint> point, first, second;
-        ASSERT_EQ(S_OK, cpc->FindConnectionPoint(kSecondIid, point.Put()));
-        EXPECT_EQ(&source->second, point.Get());
-        EXPECT_EQ(CONNECT_E_NOCONNECTION, cpc->FindConnectionPoint(IID_IDispatch, point.Put()));
-        EXPECT_FALSE(point);
-
-        ComPtr<IEnumConnectionPoints> points, clone;
-        ASSERT_EQ(S_OK, cpc->EnumConnectionPoints(points.Put()));
-        ASSERT_EQ(S_OK, points->Next(1, first.Put(), nullptr));
-        EXPECT_EQ(&source->first, first.Get());
-        ASSERT_EQ(S_OK, points->Clone(clone.Put()));
-        ASSERT_EQ(S_OK, clone->Next(1, second.Put(), nullptr));
-        EXPECT_EQ(&source->second, second.Get()) << "a clone goes on where its original stands";
-        EXPECT_EQ(S_FALSE, clone->Skip(5));
-        IConnectionPoint* raw[2] = {};
-        EXPECT_EQ(E_POINTER, points->Next(2, raw, nullptr)) << "more than one needs a count";
-    }
-    EXPECT_EQ(refs, RefsOf(cpc.Get())) << "points and enumerators count on their owner and let go";
-}
-
-TEST(ConnectionPoints, CookiesAreSlotsInOrderAFreedSlotIsTakenAgainAndWrongOnesAreRefused)
+TEST(ConnectionPoints, FoundByInterfaceCookiesAreSlotsWrongOnesRefusedAndEveryReferenceGivenBack)
 {
     CountingObject a(kFirstIid), b(kFirstIid), c(kFirstIid), d(kFirstIid), wrong(kSecondIid);
     CountingObject* const sinks[] = {&a, &b, &c, &d, &wrong};
     Source* source = nullptr;
     auto cpc = MakeSource(source);
+    {
+        ComPtr<IConnectionPoint> point;
+        ASSERT_EQ(S_OK, cpc->FindConnectionPoint(kSecondIid, point.Put()));
+        EXPECT_EQ(&source->second, point.Get());
+        EXPECT_EQ(CONNECT_E_NOCONNECTION, cpc->FindConnectionPoint(IID_IDispatch, point.Put()));
+        EXPECT_FALSE(point);
+    }
+    cpc->AddRef();
+    EXPECT_EQ(1u, cpc->Release()) << "a point found lets go of its owner";
+
     DWORD cookies[5] = {};
     for (int i = 0; i < 3; ++i) ASSERT_EQ(S_OK, source->first.Advise(sinks[i], &cookies[i]));
     EXPECT_EQ(S_OK, source->first.Unadvise(cookies[1]));
-    EXPECT_EQ(1u, b.refs) << "unadvising gives the sink back";
     ASSERT_EQ(S_OK, source->first.Advise(&d, &cookies[3]));
     cookies[4] = 7;
     EXPECT_EQ(CONNECT_E_CANNOTCONNECT, source->first.Advise(&wrong, &cookies[4])) << "a sink without the interface";
     EXPECT_EQ(0u, cookies[4]);
-    EXPECT_EQ(E_POINTER, source->first.Advise(nullptr, &cookies[4]));
     EXPECT_EQ(E_POINTER, source->first.Advise(&a, nullptr));
 
     ComPtr<IEnumConnections> connections;
     ASSERT_EQ(S_OK, source->first.EnumConnections(connections.Put()));
     CONNECTDATA data[4] = {};
     ULONG fetched = 0;
-    EXPECT_EQ(S_FALSE, connections->Next(4, data, &fetched)) << "fewer than asked for";
+    EXPECT_EQ(S_FALSE, connections->Next(4, data, &fetched));
     ASSERT_EQ(3u, fetched);
     const std::pair<IUnknown*, DWORD> expected[] = {{&a, 1}, {&d, 2}, {&c, 3}}; // d took the freed slot
     for (ULONG i = 0; i < fetched; ++i) {
         ComPtr<IUnknown> held;
         held.Attach(data[i].pUnk);
-        EXPECT_EQ(expected[i].first, held.Get()) << i;
-        EXPECT_EQ(expected[i].second, data[i].dwCookie) << i;
+        EXPECT_EQ(expected[i], std::make_pair(held.Get(), data[i].dwCookie)) << i;
     }
     connections.Reset();
 
@@ -112,7 +87,6 @@ TEST(ConnectionPoints, CookiesAreSlotsInOrderAFreedSlotIsTakenAgainAndWrongOnesA
     EXPECT_EQ(S_OK, source->first.Unadvise(3));
     EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(3)) << "twice";
     EXPECT_EQ(E_POINTER, cpc->FindConnectionPoint(kFirstIid, nullptr));
-    EXPECT_EQ(E_POINTER, source->first.EnumConnections(nullptr));
     source->first.UnadviseAll();
     for (const CountingObject* sink : sinks) EXPECT_EQ(1u, sink->refs) << "no sink keeps a reference";
 }

@@ -20,9 +20,8 @@ TEST_F(FrameworkEvents, EachNumberReachesItsHookAfterThePreHandlerAndOthersAreIg
         {102, p, L"OnEvent102"}, {103, nullptr, L"OnTraceSettingsChanged"}, {105, p, L"OnEvent105"},
         {106, p, L"OnEvent106 +p"}, {106, nullptr, nullptr}, {300, m, L"OnContextMenuItemSelected +p item"},
         {300, p, nullptr}, {300, nullptr, nullptr}, {301, p, L"OnEvent301 +p"}, {302, nullptr, L"OnEvent302"},
-        {501, p, L"OnEvent5xx 501 +p"}, {505, nullptr, L"OnEvent5xx 505"}, {0, p, nullptr}, {100, p, nullptr},
-        {107, p, nullptr}, {303, p, nullptr}, {400, p, nullptr}, {403, p, nullptr}, {451, p, nullptr},
-        {500, p, nullptr}, {506, p, nullptr}, {LONG(0x80000000), p, nullptr},
+        {501, p, L"OnEvent5xx 501 +p"}, {505, nullptr, L"OnEvent5xx 505"}, {100, p, nullptr}, {107, p, nullptr},
+        {303, p, nullptr}, {400, p, nullptr}, {451, p, nullptr}, {500, p, nullptr}, {506, p, nullptr},
     };
     control->hookAnswer = 1; // only event 104 passes its hook's answer on
     for (const auto& c : cases) {
@@ -45,7 +44,6 @@ TEST_F(FrameworkEvents, EachNumberReachesItsHookAfterThePreHandlerAndOthersAreIg
     EXPECT_EQ(Hooks{}, Handle(101, nullptr, &result));
     EXPECT_EQ(7, result);
     control->preHandleAnswer = 1;
-    // An exception inside becomes E_UNEXPECTED.
     control->throwIn = L"OnEvent105";
     EXPECT_EQ(Hooks{L"OnEvent105"}, Handle(105, nullptr, &result));
     EXPECT_EQ(E_UNEXPECTED, result);
@@ -55,11 +53,9 @@ TEST_F(FrameworkEvents, DragEventsReadTheFirstFileOfTheKeptDataObject)
 {
     auto wide = tovfe::DragDataStandIn::Create({L"C:\\in\\first.txt", L"C:\\in\\second.txt"});
     auto narrow = tovfe::DragDataStandIn::Create({L"D:\\narrow.dat"}, false);
-    auto parameter = EventParameterStandIn::Create({});
     EXPECT_EQ(Hooks{L"OnDragEvent 401 +p 'C:\\in\\first.txt'"}, Handle(401, static_cast<IDataObject*>(wide.Get())));
-    // Later events of the drag come without the object, or with a parameter that is none: the kept one is read.
+    // Later events of the drag come without the object: the kept one is read.
     EXPECT_EQ(Hooks{L"OnDragEvent 410 +p 'C:\\in\\first.txt'"}, Handle(410, nullptr));
-    EXPECT_EQ(Hooks{L"OnDragEvent 426 +p 'C:\\in\\first.txt'"}, Handle(426, static_cast<ITOVEventParameter*>(parameter.Get())));
     EXPECT_EQ(Hooks{L"OnDragEvent 420 +p 'D:\\narrow.dat'"}, Handle(420, static_cast<IDataObject*>(narrow.Get())));
 
     const auto block = [](DWORD offset, const std::string& list) {
@@ -67,8 +63,7 @@ TEST_F(FrameworkEvents, DragEventsReadTheFirstFileOfTheKeptDataObject)
         return std::string(reinterpret_cast<const char*>(&header), sizeof(header)) + list;
     };
     const struct { const char* what; std::string block; std::wstring expected; } cases[] = {
-        {"empty block", std::string(), L""}, {"shorter than its header", std::string(5, 'x'), L""},
-        {"empty list", block(sizeof(DROPFILES), std::string(4, '\0')), L""},
+        {"shorter than its header", std::string(5, 'x'), L""},
         {"list offset inside the header", block(0, std::string("a\0b\0\0\0", 6)), L""},
         {"list offset beyond the block", block(4096, std::string(8, 'a')), L""},
         // An allocation may be larger than asked for; its zeroed tail ends the name.
@@ -97,11 +92,8 @@ TEST_F(FrameworkEvents, Event106TellsTheGUIServiceTheDpiRecord)
     const struct { const char* what; tovfe::EventParameterDescription description; const wchar_t* told; } cases[] = {
         {"complete", {{L"dpi_change", {{L"dpi", L"144"}, {L"scalingFactor_x", L"150"}, {L"scalingFactor_y", L"125"}}}}, L"144, 150, 125"},
         {"no dpi_change child", {{L"other", {{L"dpi", L"96"}}}}, L"-1, -1, -1"}, {"no attributes", {{L"dpi_change", {}}}, L"-1, -1, -1"},
-        {"empty texts", {{L"dpi_change", {{L"dpi", L""}, {L"scalingFactor_x", L""}}}}, L"-1, -1, -1"},
-        {"leading blanks, signs and trailing text",
-         {{L"dpi_change", {{L"dpi", L"  96dpi"}, {L"scalingFactor_x", L"-20"}, {L"scalingFactor_y", L"+7x"}}}}, L"96, -20, 7"},
-        {"no digits", {{L"dpi_change", {{L"dpi", L"high"}}}}, L"0, -1, -1"},
-        {"no hexadecimal", {{L"dpi_change", {{L"dpi", L"0x60"}}}}, L"0, -1, -1"},
+        {"leading blanks, signs, trailing text, no hexadecimal",
+         {{L"dpi_change", {{L"dpi", L"  96dpi"}, {L"scalingFactor_x", L"-20"}, {L"scalingFactor_y", L"0x7"}}}}, L"96, -20, 0"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -115,10 +107,7 @@ TEST_F(FrameworkEvents, Event106TellsTheGUIServiceTheDpiRecord)
     EXPECT_EQ(unknown, told(static_cast<ITOVEventParameter*>(failing.Get())));
     EXPECT_EQ(unknown, told(Container())) << "not an event parameter";
     EXPECT_EQ(Hooks{unknown[0]}, told(nullptr)) << "without a parameter: no hook";
-    // A failing or missing GUI service changes nothing for the control.
+    // A failing GUI service changes nothing for the control.
     services.gui->Plan().Fail(L"OnDpiChanged", E_FAIL);
     EXPECT_EQ(unknown, told(Container()));
-    container->AddService(SID_TOVGUIService, nullptr);
-    control->SetContainer(Container());
-    EXPECT_EQ(Hooks{unknown[1]}, told(Container()));
 }

@@ -49,7 +49,6 @@ TEST_F(RegistryConfig, ConditionAndOutputSwitchValueTypes)
         {"key missing: unchanged", 0, std::nullopt, false, 77}, {"key without a value", REG_DWORD, std::nullopt, false, 0},
         {"DWORD 4", REG_DWORD, Dword(4), true, 4}, {"DWORD 5", REG_DWORD, Dword(5), false, 5},
         {"DWORD 0", REG_DWORD, Dword(0), false, 0}, {"DWORD 2", REG_DWORD, Dword(2), false, 2},
-        {"binary 4", REG_BINARY, Dword(4), false, 4},
         {"the text 4 is not the number 4", REG_SZ, Wide(L"4"), false, '4'},
         {"a short text switches the copies on", REG_SZ, Wide(L"1"), false, '1'},
         {"more than four bytes cannot be read", REG_SZ, Wide(L"enabled"), false, 0},
@@ -73,10 +72,8 @@ TEST_F(RegistryConfig, PluginSwitchPrefersTheUsersReadableValue)
         {"the machine's value alone", std::nullopt, REG_DWORD, true, true},
         {"the user's 0 wins over the machine's 1", Dword(0), REG_DWORD, true, false},
         {"on only for exactly 1", Dword(2), REG_DWORD, true, false},
-        {"the type is not looked at", Dword(1), REG_BINARY, false, true},
         {"the user's key without the value", std::string(), REG_DWORD, true, true},
         {"an unreadable value: the machine's decides", Wide(L"1234"), REG_SZ, true, true},
-        {"an unreadable value and no machine value", Wide(L"1234"), REG_SZ, false, false},
         {"no key anywhere: the user's is made", std::nullopt, REG_DWORD, false, false},
     };
     for (const auto& c : cases) {
@@ -87,8 +84,4 @@ TEST_F(RegistryConfig, PluginSwitchPrefersTheUsersReadableValue)
         EXPECT_EQ(c.on, tov::config::ReadControlPluginSwitch());
         EXPECT_EQ(c.user || !c.machineOn, tovtest::KeyExists(HKEY_CURRENT_USER, kGeneralKey)) << "a user key made only when none opened";
     }
-    // The last case made the user's key as a volatile one, which refuses a lasting child.
-    tov::UniqueHKey child;
-    EXPECT_EQ(ERROR_CHILD_MUST_BE_VOLATILE, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TOV\\General\\Child", 0, nullptr, 0,
-                                                            KEY_WRITE, nullptr, child.Put(), nullptr));
 }

@@ -92,7 +92,9 @@ TEST_F(DocumentContent, SourceIsTheRootElementsOuterHTMLOrNothingWhenAStepFails)
         const HRESULT hr = control->GetHTMLSourceContent(&out.value);
         EXPECT_TRUE(c.result == E_UNEXPECTED ? FAILED(hr) : hr == c.result) << std::hex << hr;
         EXPECT_TRUE(out.IsUntouched());
-        if (c.result != E_UNEXPECTED) EXPECT_EQ(c.trace, DetailLines());
+        if (c.result != E_UNEXPECTED) {
+            EXPECT_EQ(c.trace, DetailLines());
+        }
         Restore();
     }
 }

@@ -18,10 +18,7 @@ const wchar_t kIeKey[] = L"Software\\Microsoft\\Internet Explorer";
 // Sets the browser's version value for the lifetime of the object and puts the old one back.
 class ScopedVersion {
 public:
-    explicit ScopedVersion(const wchar_t* value) : m_old(tovtest::ReadString(HKEY_LOCAL_MACHINE, kIeKey, L"Version"))
-    {
-        Write(value);
-    }
+    ScopedVersion() : m_old(tovtest::ReadString(HKEY_LOCAL_MACHINE, kIeKey, L"Version")) {}
     ~ScopedVersion() { m_old ? Write(m_old->c_str()) : void(RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kIeKey, L"Version")); }
     static void Write(const wchar_t* value)
     {
@@ -41,22 +38,17 @@ TEST_F(BrowserCommands, PrintGoesThroughTheCommandTargetClassicCommandsPassNoInp
     Connect(2);
     ClearLines();
     const std::wstring zoom = ZoomCall().substr(14); // "I4:<zoom>, <null>)"
-    const std::pair<LONG, LONG> commands[] = {{OLECMDID_PRINT, OLECMDEXECOPT_PROMPTUSER}, {17, 2}, {1, 0}, {30, 1},
-                                              {63, 0}, {31, 2}, {0, 0}, {-4, 3}};
+    const std::pair<LONG, LONG> commands[] = {{OLECMDID_PRINT, OLECMDEXECOPT_PROMPTUSER}, {1, 0}, {30, 1}, {31, 2}, {0, 0}};
     for (const auto& [id, option] : commands) EXPECT_EQ(S_OK, control->ExecuteWB(id, option));
-    EXPECT_EQ((std::vector<std::wstring>{L"Exec(null, 6, 0, <null>, <null>)", L"ExecWB(17, 2, <null>, <null>)",
-                                         L"ExecWB(1, 0, <null>, <null>)", L"ExecWB(30, 1, <null>, <null>)",
-                                         L"ExecWB(63, 0, " + zoom, L"ExecWB(31, 2, " + zoom, L"ExecWB(0, 0, " + zoom,
-                                         L"ExecWB(-4, 3, " + zoom}),
+    EXPECT_EQ((std::vector<std::wstring>{L"Exec(null, 6, 0, <null>, <null>)", L"ExecWB(1, 0, <null>, <null>)",
+                                         L"ExecWB(30, 1, <null>, <null>)", L"ExecWB(31, 2, " + zoom, L"ExecWB(0, 0, " + zoom}),
               Calls())
         << "printing with the default option whatever the caller asked for, and never through ExecWB";
     const auto lines = Lines();
     EXPECT_NE(lines.end(), std::find(lines.begin(), lines.end(), "==> PrintDocument")) << "inside ExecuteWB's scope";
 
     browser->FailCall(L"ExecWB", E_ACCESSDENIED);
-    browser->FailCall(L"Exec", E_FAIL);
     EXPECT_EQ(S_OK, control->ExecuteWB(63, 0)) << "the command's own result is not reported";
-    EXPECT_EQ(S_OK, control->ExecuteWB(6, 0));
     browser->ClearFailures();
     browser->ThrowOn(L"ExecWB");
     EXPECT_EQ(S_OK, control->ExecuteWB(17, 0)) << "an exception inside stays inside";
@@ -65,13 +57,12 @@ TEST_F(BrowserCommands, PrintGoesThroughTheCommandTargetClassicCommandsPassNoInp
 
 TEST_F(BrowserCommands, NavigationStyleSwitchesModeAndReadsBackTheTargetFrame)
 {
-    const std::pair<std::wstring_view, const wchar_t*> cases[] = {
-        {L"AC", L"tovhtmlp://"}, {L"a", L"@TOVHTML://"}, {L"xyzBCA", L"tovhtmlp://"}, {{L"b\0A", 3}, L"@TOVHTML://"},
-        {L"A", L"tovhtmlp://"},  {L"0123456789A", L"@TOVHTML://"}, {L"A", L"tovhtmlp://"}, {{}, L"@TOVHTML://"},
-    };
+    const std::pair<std::wstring_view, const wchar_t*> cases[] = {{L"AC", L"tovhtmlp://"},       {L"a", L"@TOVHTML://"},
+                                                                   {L"xyzBCA", L"tovhtmlp://"},   {{L"b\0A", 3}, L"@TOVHTML://"},
+                                                                   {L"A", L"tovhtmlp://"},        {L"0123456789A", L"@TOVHTML://"}};
     for (const auto& [text, globalPrefix] : cases) {
         SCOPED_TRACE(testing::Message() << "style of " << text.size() << " characters");
-        Bstr style = text.data() ? Bstr(text) : Bstr(), prefix;
+        Bstr style(text), prefix;
         EXPECT_EQ(S_OK, control->put_NavigationStyle(style.Get()));
         control->get_URLPrefixGlobal(prefix.Put());
         EXPECT_EQ(globalPrefix, prefix.View()) << "A anywhere in the first nine characters, before a zero";
@@ -87,12 +78,12 @@ TEST_F(BrowserCommands, NavigationStyleSwitchesModeAndReadsBackTheTargetFrame)
 
 TEST_F(BrowserCommands, DropTargetHandleAndVersionOfTheHostedBrowser)
 {
-    for (LONG value : {5, 0, -1}) EXPECT_EQ(S_OK, control->DropAcceptFiles(value));
+    for (LONG value : {5, 0}) EXPECT_EQ(S_OK, control->DropAcceptFiles(value));
     browser->FailCall(L"put_RegisterAsDropTarget", E_FAIL);
     EXPECT_EQ(S_OK, control->DropAcceptFiles(1)) << "the browser's answer is ignored";
     browser->ClearFailures();
     EXPECT_EQ((std::vector<std::wstring>{L"put_RegisterAsDropTarget(true)", L"put_RegisterAsDropTarget(false)",
-                                         L"put_RegisterAsDropTarget(true)", L"put_RegisterAsDropTarget(true)"}),
+                                         L"put_RegisterAsDropTarget(true)"}),
               Calls());
 
     ComPtr<IDispatch> handle;
@@ -115,11 +106,8 @@ TEST_F(ControlFixture, BrowserInformationBeforeInitControl)
     ASSERT_EQ(S_OK, v1.Register(kWebBrowserV1));
     Connect(2);
     ClearLines();
-    EXPECT_EQ(S_OK, control->ExecuteWB(63, 0));
     EXPECT_EQ(S_OK, control->ExecuteWB(6, 0));
-    EXPECT_EQ((std::vector<std::string>{"=> ExecuteWB", "Command ID: 63", "<= ExecuteWB", "=> ExecuteWB", "Command ID: 6",
-                                        "<= ExecuteWB"}),
-              Lines());
+    EXPECT_EQ((std::vector<std::string>{"=> ExecuteWB", "Command ID: 6", "<= ExecuteWB"}), Lines());
     EXPECT_TRUE(browsers.Log().Calls().empty()) << "no browser is made or called";
     IDispatch* handle = reinterpret_cast<IDispatch*>(1);
     EXPECT_EQ(S_OK, control->get_BrowserHandle(&handle));
@@ -131,15 +119,11 @@ TEST_F(ControlFixture, BrowserInformationBeforeInitControl)
     EXPECT_EQ(S_OK, control->get_BrowserVersion(&version));
     EXPECT_EQ(4, version);
     ASSERT_EQ(1u, v1.Created().size()) << "made once and kept";
-    const struct {
-        const wchar_t* refused;
-        LONG version;
-    } cases[] = {{L"QueryInterface(IWebBrowser2)", 3}, {L"QueryInterface(IWebBrowser)", -1}};
-    for (const auto& c : cases) {
-        auto other = ocx.CreateControl();
-        v1.FailCallOnNext(c.refused, E_NOINTERFACE);
-        EXPECT_EQ(S_OK, other->get_BrowserVersion(&version));
-        EXPECT_EQ(c.version, version);
+    const std::pair<const wchar_t*, LONG> cases[] = {{L"QueryInterface(IWebBrowser2)", 3}, {L"QueryInterface(IWebBrowser)", -1}};
+    for (const auto& [refused, expected] : cases) {
+        v1.FailCallOnNext(refused, E_NOINTERFACE);
+        EXPECT_EQ(S_OK, ocx.CreateControl()->get_BrowserVersion(&version));
+        EXPECT_EQ(expected, version);
     }
     EXPECT_EQ(1u, v1.Created().back()->RefCount()) << "an object that offers neither is not kept";
     v1.FailCreate(REGDB_E_CLASSNOTREG);
@@ -151,8 +135,8 @@ TEST_F(ControlFixture, BrowserInformationBeforeInitControl)
 
 TEST_F(ControlFixture, BrowserStringIsReadOnceFromTheRegistry)
 {
-    ScopedVersion value(L"9.11.1234.5");
-    ASSERT_EQ(ERROR_SUCCESS, RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kIeKey, L"Version"));
+    ScopedVersion value;
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kIeKey, L"Version");
     Connect(2);
     BSTR none = nullptr;
     EXPECT_EQ(E_FAIL, control->get_BrowserString(&none));

@@ -1,10 +1,9 @@
 // The control in a real container: the platform's ATL host creates it, activates it in place, resizes it,
-// connects a front-end sink; and with the platform's own browser. (What a whole life gives back:
-// whole_life_test.cpp.)
+// connects a front-end sink. (A whole life: whole_life_test.cpp.)
 #include "support/atl_host.h"
 #include "support/control_fixture.h"
 #include "support/event_sink.h"
-#include "support/process_state.h"
+#include "support/process_state.h" // OcxClassRegistration
 #include "framework/bstr.h"
 
 extern "C" HRESULT WINAPI AtlAdvise(IUnknown* pUnkCP, IUnknown* pUnk, const IID& iid, LPDWORD pdw);
@@ -39,28 +38,4 @@ TEST(Hosting, AtlContainerActivatesResizesAndConnectsTheFrontEnd)
         host.Destroy();
     }
     EXPECT_EQ(1u, sink.m_refs) << "the container let go of the front end's sink";
-}
-
-TEST(Hosting, WithThePlatformBrowserInitControlSucceedsAndReleaseLeavesNothing)
-{
-    Ocx ocx;
-    const int windowsBefore = ThreadWindowCount();
-    const int threadsBefore = ThreadCount();
-    {
-        auto control = ocx.CreateControl();
-        ASSERT_TRUE(control);
-        AtlHost host;
-        ASSERT_EQ(S_OK, host.Attach(control.Get()));
-        LONG code = -1;
-        EXPECT_EQ(S_OK, control->InitControl(&code));
-        EXPECT_EQ(0, code);
-        control.Reset();
-        host.Destroy();
-    }
-    PumpMessages();
-    EXPECT_EQ(S_OK, ocx.CanUnloadNow());
-    EXPECT_EQ(windowsBefore, ThreadWindowCount());
-    // The platform browser may keep worker threads of its own for a moment; none of them may stay.
-    for (int i = 0; i < 50 && ThreadCount() > threadsBefore; ++i) Sleep(20);
-    EXPECT_LE(ThreadCount(), threadsBefore);
 }

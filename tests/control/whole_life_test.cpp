@@ -99,7 +99,8 @@ TEST_F(WholeLife, ManyLivesGiveBackEverythingTheyTook)
     ASSERT_NO_FATAL_FAILURE(first.Run());
     ASSERT_EQ(1u, browsers.Created().size());
     tovfe::ScriptedBrowser* browser = browsers.Last();
-    EXPECT_EQ(1u, browser->Log().Count(L"Close")) << "the browser was closed";
+    const auto calls = browser->Log().Texts();
+    EXPECT_NE(calls.end(), std::find(calls.begin(), calls.end(), L"Close(1)")) << "the browser was closed";
     EXPECT_EQ(0u, browser->SinkCount(DIID_DWebBrowserEvents) + browser->SinkCount(DIID_DWebBrowserEvents2));
     EXPECT_EQ(nullptr, browser->Site());
     EXPECT_EQ(1u, first.sink.m_refs) << "the container let go of the front end's sink";

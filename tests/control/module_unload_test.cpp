@@ -11,10 +11,10 @@ bool HostOnce(const tovtest::Ocx& ocx)
 {
     auto control = ocx.CreateControl();
     tovtest::AtlHost host;
-    if (!control || host.Attach(control.Get()) != S_OK) return false;
-    control.Reset();
     WNDCLASSEXW wc{sizeof(wc)};
-    const bool registered = GetClassInfoExW(ocx.Handle(), L"TOVHTMLControlWindow", &wc);
+    const bool registered = control && host.Attach(control.Get()) == S_OK &&
+                            GetClassInfoExW(ocx.Handle(), L"TOVHTMLControlWindow", &wc);
+    control.Reset();
     host.Destroy();
     return registered;
 }

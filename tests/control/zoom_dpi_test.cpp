@@ -4,27 +4,6 @@
 #include "support/browser_fixture.h"
 #include "support/registry_helpers.h"
 
-namespace {
-
-const wchar_t kDesktopKey[] = L"Control Panel\\Desktop";
-
-// The resolution the platform reads at process start, set for as long as this object lives.
-class ScopedLogPixels {
-public:
-    explicit ScopedLogPixels(DWORD dpi) : m_old(tovtest::ReadDword(HKEY_CURRENT_USER, kDesktopKey, L"LogPixels")) { Set(&dpi); }
-    ~ScopedLogPixels() { Set(m_old ? &*m_old : nullptr); }
-
-private:
-    static void Set(const DWORD* dpi)
-    {
-        if (dpi) RegSetKeyValueW(HKEY_CURRENT_USER, kDesktopKey, L"LogPixels", REG_DWORD, dpi, sizeof(*dpi));
-        else RegDeleteKeyValueW(HKEY_CURRENT_USER, kDesktopKey, L"LogPixels");
-    }
-    std::optional<DWORD> m_old;
-};
-
-} // namespace
-
 using ScreenZoom = tovtest::BrowserFixture;
 
 TEST_F(ScreenZoom, FollowsTheControlWindowsScreen)
@@ -43,16 +22,17 @@ TEST_F(ScreenZoom, FollowsTheControlWindowsScreen)
 
 TEST(ScreenZoomAtAnotherResolution, At120DotsPerInchTheZoomIs125)
 {
+    const wchar_t key[] = L"Control Panel\\Desktop";
     wchar_t exe[MAX_PATH];
     ASSERT_NE(0u, GetModuleFileNameW(nullptr, exe, MAX_PATH));
-    const auto before = tovtest::ReadDword(HKEY_CURRENT_USER, kDesktopKey, L"LogPixels");
-    int exitCode = -1;
-    {
-        ScopedLogPixels dpi(120);
-        SetEnvironmentVariableW(L"TOV_TEST_EXPECTED_DPI", L"120");
-        exitCode = tovtest::RunProcess(L"\"" + std::wstring(exe) + L"\" --gtest_filter=ScreenZoom.FollowsTheControlWindowsScreen");
-        SetEnvironmentVariableW(L"TOV_TEST_EXPECTED_DPI", nullptr);
-    }
+    const auto before = tovtest::ReadDword(HKEY_CURRENT_USER, key, L"LogPixels");
+    const DWORD dpi = 120;
+    RegSetKeyValueW(HKEY_CURRENT_USER, key, L"LogPixels", REG_DWORD, &dpi, sizeof(dpi));
+    SetEnvironmentVariableW(L"TOV_TEST_EXPECTED_DPI", L"120");
+    const int exitCode = tovtest::RunProcess(L"\"" + std::wstring(exe) + L"\" --gtest_filter=ScreenZoom.FollowsTheControlWindowsScreen");
+    SetEnvironmentVariableW(L"TOV_TEST_EXPECTED_DPI", nullptr);
+    if (before) RegSetKeyValueW(HKEY_CURRENT_USER, key, L"LogPixels", REG_DWORD, &*before, sizeof(*before));
+    else RegDeleteKeyValueW(HKEY_CURRENT_USER, key, L"LogPixels");
     EXPECT_EQ(0, exitCode) << "the test at 120 dots per inch failed in its own process";
-    EXPECT_EQ(before, tovtest::ReadDword(HKEY_CURRENT_USER, kDesktopKey, L"LogPixels")) << "the resolution is restored";
+    EXPECT_EQ(before, tovtest::ReadDword(HKEY_CURRENT_USER, key, L"LogPixels")) << "the resolution is restored";
 }

@@ -3,9 +3,9 @@
 // (Late-bound calls and a control without a front end: tests/integration/load_icon_font.vbs.)
 #include <windows.h>
 #include <algorithm>
+#include <msxml2.h>
 #include "support/control_fixture.h"
 #include "frontend/class_registration.h"
-#include "frontend/scripted_browser.h"
 #include "frontend/gui_service_standin.h"
 #include "framework/bstr.h"
 
@@ -15,6 +15,7 @@ using tov::ComPtr;
 namespace {
 
 constexpr CLSID kDOMDocumentClass = {0x2933bf90, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
+constexpr IID kDOMDocumentIid = {0x2933bf81, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
 const std::wstring kS1 = L"<Desc font=\"TOV Icons\" glyph=\"&#xE001;\"/>", kS2 = L"<Desc glyph=\"2\"/>";
 
 struct Reply { HRESULT hr = E_UNEXPECTED; std::wstring text; bool isNull = true; };
@@ -23,6 +24,29 @@ std::wstring Icon(const std::wstring& name, const std::wstring& size, const std:
 {
     return L"<Icon><Icon_Name>" + name + L"</Icon_Name><Font_Size>" + size + L"</Font_Size>" + description + L"</Icon>";
 }
+
+// The DOM document class through a class object that keeps every document the platform's class made
+// for it, or fails every creation when it has no platform class.
+class DocumentFactory : public IClassFactory {
+public:
+    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
+    {
+        return (*ppv = IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory) ? this : nullptr) ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override
+    {
+        *ppv = nullptr;
+        const HRESULT hr = platform ? platform->CreateInstance(outer, riid, ppv) : E_OUTOFMEMORY;
+        if (SUCCEEDED(hr)) made.emplace_back(static_cast<IUnknown*>(*ppv));
+        return hr;
+    }
+    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
+
+    ComPtr<IClassFactory> platform;
+    std::vector<ComPtr<IUnknown>> made;
+};
 
 } // namespace
 
@@ -81,13 +105,29 @@ TEST_F(IconFonts, RepliesToWellFormedRequests)
     }
 }
 
-TEST_F(IconFonts, AParserThatCannotBeMadeIsTraced)
+TEST_F(IconFonts, TheParserIsMadeWithoutOutsideAccessOrItsFailureIsTraced)
 {
-    tovfe::ScriptedBrowserClass failing; // any class object that fails creation
-    ASSERT_EQ(S_OK, failing.Register(kDOMDocumentClass));
-    failing.FailCreate(E_OUTOFMEMORY);
-    EXPECT_EQ(S_FALSE, Load(L"<Icons><Icon><Icon_Name>S1</Icon_Name></Icon></Icons>").hr);
+    const std::wstring request = L"<Icons><Icon><Icon_Name>S1</Icon_Name></Icon></Icons>";
+    DocumentFactory factory;
+    {
+        tovfe::RegisteredClass registration(kDOMDocumentClass, &factory);
+        EXPECT_EQ(S_FALSE, Load(request).hr);
+    }
     EXPECT_EQ((std::vector<std::string>{"=> ParseXMLIconRequest", "CoCreateInstance Failed", "<= ParseXMLIconRequest"}), Lines());
+
+    ASSERT_EQ(S_OK, CoGetClassObject(kDOMDocumentClass, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                                     factory.platform.PutVoid()));
+    {
+        tovfe::RegisteredClass registration(kDOMDocumentClass, &factory);
+        EXPECT_EQ(S_OK, Load(request).hr);
+    }
+    ASSERT_EQ(1u, factory.made.size());
+    auto document = tov::QueryAs<IXMLDOMDocument>(factory.made[0].Get(), kDOMDocumentIid);
+    ASSERT_TRUE(document);
+    VARIANT_BOOL resolve = VARIANT_TRUE, validate = VARIANT_TRUE;
+    document->get_resolveExternals(&resolve);
+    document->get_validateOnParse(&validate);
+    EXPECT_TRUE(resolve == VARIANT_FALSE && validate == VARIANT_FALSE) << "whatever the parser starts with";
 }
 
 TEST_F(IconFonts, AFailingServiceCostsThatIconItsDescriptionAnExceptionTheRest)

@@ -1,19 +1,14 @@
 // Provider data that is not HTML goes through temporary files: where the provider is asked, how the
 // file is named, that every file made is deleted again (once retried), output copies, and the trace
 // text of each provider failure.
-#include <shlwapi.h>
 #include <algorithm>
-#include "support/atl_host.h"
-#include "support/control_fixture.h"
 #include "support/import_hook.h"
+#include "support/initialized_control_fixture.h"
 #include "support/registry_helpers.h"
-#include "frontend/data_provider_standin.h"
-#include "frontend/scripted_browser.h"
-#include "framework/bstr.h"
 
 using tov::Bstr;
 using tovfe::DataStore;
-using tovtest::ControlFixture;
+using tovtest::TempDir;
 
 namespace {
 
@@ -25,44 +20,18 @@ BOOL WINAPI RecordDeleteFileA(LPCSTR path)
 }
 HRESULT WINAPI NoGuid(GUID*) { return E_FAIL; }
 
-bool EndsWith(const std::wstring& s, const std::wstring& tail)
-{
-    return s.size() >= tail.size() && s.compare(s.size() - tail.size(), tail.size(), tail) == 0;
-}
-
-std::wstring TempFolder()
-{
-    wchar_t buffer[MAX_PATH] = {};
-    GetTempPathW(MAX_PATH, buffer);
-    return buffer;
-}
-
 bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 } // namespace
 
-class TempFiles : public ControlFixture {
+class TempFiles : public tovtest::InitializedControlFixture {
 protected:
     void SetUp() override
     {
-        ControlFixture::SetUp();
-        DataStore::Instance().Clear();
-        ASSERT_EQ(S_OK, browsers.Register());
-        ASSERT_EQ(S_OK, host.Attach(control.Get()));
-        Connect(2);
-        LONG code = -1;
-        control->InitControl(&code);
-        ASSERT_EQ(0, code);
-        browser = browsers.Last();
-        ASSERT_NE(nullptr, browser);
+        InitializedControlFixture::SetUp();
+        Init(2);
         Bstr prefix(L"http://srv/app/");
         ASSERT_EQ(S_OK, control->put_URLPrefixLocal(prefix.Get()));
-    }
-    void TearDown() override
-    {
-        host.Destroy();
-        ControlFixture::TearDown();
-        DataStore::Instance().Clear();
     }
 
     LONG Show(const wchar_t* url, LONG local = 1)
@@ -98,11 +67,6 @@ protected:
         host.Destroy();
         control.Reset();
     }
-
-    tovfe::ScriptedBrowserClass browsers;
-    tovfe::DataProviderRegistration provider;
-    tovtest::AtlHost host;
-    tovfe::ScriptedBrowser* browser = nullptr;
 };
 
 TEST_F(TempFiles, FileNamesAndWhereTheProviderIsAsked)
@@ -112,8 +76,8 @@ TEST_F(TempFiles, FileNamesAndWhereTheProviderIsAsked)
     EXPECT_EQ(0, Show(L"page.htm#top"));
     std::wstring path = Navigated();
     EXPECT_TRUE(ProviderAskedFor(L"http://srv/app/page.htm"));
-    EXPECT_TRUE(EndsWith(path, L"page.htm#top")) << path;
-    EXPECT_EQ(0, path.compare(0, TempFolder().size(), TempFolder())) << "made in the temporary folder: " << path;
+    EXPECT_TRUE(path.ends_with(L"page.htm#top")) << path;
+    EXPECT_EQ(0, path.compare(0, TempDir().size(), TempDir())) << "made in the temporary folder: " << path;
     EXPECT_TRUE(FileExists(path));
 
     // Data URLs are passed to the provider as they stand, whatever the letter case of their scheme.
@@ -123,13 +87,13 @@ TEST_F(TempFiles, FileNamesAndWhereTheProviderIsAsked)
         EXPECT_EQ(0, Show(url));
         EXPECT_TRUE(ProviderAskedFor(url));
         path = Navigated();
-        EXPECT_TRUE(EndsWith(path, L"Picture one.gif")) << path;
+        EXPECT_TRUE(path.ends_with(L"Picture one.gif")) << path;
         EXPECT_TRUE(FileExists(path));
     }
 
     store.Put(L"http://srv/app/a%3Db.txt", "a=b", L"plain");
     EXPECT_EQ(0, Show(L"a%3Db.txt"));
-    EXPECT_TRUE(EndsWith(Navigated(), L"a%3Db.txt")) << Navigated();
+    EXPECT_TRUE(Navigated().ends_with(L"a%3Db.txt")) << Navigated();
 }
 
 TEST_F(TempFiles, TheSameUrlTwiceMakesTwoFilesAndBothAreDeleted)
@@ -251,7 +215,7 @@ TEST_F(TempFiles, MalformedNamesStayInsideTheTemporaryFolder)
         const std::wstring path = Navigated();
         if (path.empty() || path.rfind(L"about:", 0) == 0) continue;
         ++files;
-        const std::wstring folder = TempFolder();
+        const std::wstring folder = TempDir();
         ASSERT_EQ(0, path.compare(0, folder.size(), folder)) << path;
         EXPECT_EQ(std::wstring::npos, path.find(L'\\', folder.size())) << "no sub-folder: " << path;
         EXPECT_EQ(std::wstring::npos, path.find(L"..\\")) << path;
@@ -263,11 +227,8 @@ class OutputCopies : public TempFiles {
 protected:
     void SetUp() override
     {
-        HKEY key = nullptr;
-        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
-        const DWORD one = 1;
-        RegSetValueExW(key, nullptr, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&one), sizeof(one));
-        RegCloseKey(key);
+        const DWORD on = 1;
+        ASSERT_EQ(ERROR_SUCCESS, RegSetKeyValueW(HKEY_LOCAL_MACHINE, kKey, nullptr, REG_DWORD, &on, sizeof(on)));
         TempFiles::SetUp();
     }
     void TearDown() override
@@ -281,7 +242,7 @@ protected:
 TEST_F(OutputCopies, AreWrittenBesideTheTemporaryFilesAndOutliveTheControl)
 {
     DataStore::Instance().Put(L"http://srv/app/page.htm", "<html>copy</html>", L"html");
-    const std::wstring output = TempFolder() + L"Outputpage.htm";
+    const std::wstring output = TempDir() + L"Outputpage.htm";
     DeleteFileW(output.c_str());
     EXPECT_EQ(0, Show(L"page.htm#part"));
     EXPECT_TRUE(FileExists(output));

@@ -119,4 +119,8 @@ TEST_F(PostData, BadInputIsSurvived)
     EXPECT_EQ(1, browser->ClickLink(huge).cancel);
     EXPECT_EQ(static_cast<LONG>(huge.size()), Property(&ITOVHTMLControl::get_URLLength));
     EXPECT_EQ(huge.substr(0, 2040), JoinedUrl(BeforeNavigates().at(0)));
+
+    sink.events.clear();
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:a\xD800b\xDC00").cancel) << "unpaired surrogates";
+    EXPECT_EQ(1u, BeforeNavigates().size());
 }

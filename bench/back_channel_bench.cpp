@@ -10,6 +10,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include "bench/form_post.h"
 #include "support/atl_host.h"
 #include "support/ocx.h"
 #include "frontend/data_provider_standin.h"
@@ -40,29 +41,6 @@ double Time(int rounds, int runs, const std::function<void()>& body)
         best = std::min(best, (Now() - start) / runs);
     }
     return best;
-}
-
-// ~1 MiB of form fields: words, "+", %XX escapes, %26%23NNNN%3B references, about 10% escaped bytes.
-std::string RealisticPost()
-{
-    std::mt19937 rng(42);
-    std::string s;
-    const char* words[] = {"customer", "order", "Muller", "street", "amount", "currency", "remark", "delivery"};
-    int field = 0;
-    while (s.size() < (1u << 20)) {
-        s += (field ? "&f" : "f") + std::to_string(field) + "=";
-        ++field;
-        for (int w = 0; w < 6; ++w) {
-            s += words[rng() % 8];
-            switch (rng() % 10) {
-            case 0: s += "%26%23" + std::to_string(256 + rng() % 9000) + "%3B"; break;
-            case 1: case 2: s += "%E4%F6"; break;
-            case 3: s += "%2C"; break;
-            default: s += "+"; break;
-            }
-        }
-    }
-    return s;
 }
 
 // The front end's sink: counts events, nothing more.
@@ -127,7 +105,7 @@ int Run()
 
     // 1 MiB of form data end to end, beside a bare copy into a memory stream. The measured path starts where
     // the browser fires BeforeNavigate and ends when the sink has the event and the provider holds the data.
-    const std::string post = RealisticPost();
+    const std::string post = tovbench::RealisticPost();
     const double bare = Time(5, 20, [&] {
         tov::ComPtr<IStream> stream;
         CreateStreamOnHGlobal(nullptr, TRUE, stream.Put());

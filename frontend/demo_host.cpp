@@ -8,6 +8,7 @@
 #include "framework/com_ptr.h"
 #include "type_library_text.h"
 #include "frontend/demo_session.h"
+#include "frontend/event_printer.h"
 
 using tov::ComPtr;
 
@@ -38,7 +39,8 @@ int ShowMembers()
         lib->GetTypeInfo(i, ti.Put());
         TYPEATTR* attr = nullptr;
         ti->GetTypeAttr(&attr);
-        std::printf("\n%ls %ls \"%ls\"\n", name, tovfe::GuidText(attr->guid).c_str(), help ? help : L"");
+        std::printf("\n%s %s \"%s\"\n", tovfe::ConsoleText(name ? name : L"").c_str(),
+                    tovfe::ConsoleText(tovfe::GuidText(attr->guid)).c_str(), tovfe::ConsoleText(help ? help : L"").c_str());
         const bool dual = attr->typekind == TKIND_DISPATCH && (attr->wTypeFlags & TYPEFLAG_FDUAL);
         ti->ReleaseTypeAttr(attr);
         SysFreeString(name);
@@ -49,7 +51,7 @@ int ShowMembers()
             if (SUCCEEDED(ti->GetRefTypeOfImplType(static_cast<UINT>(-1), &ref)) && SUCCEEDED(ti->GetRefTypeInfo(ref, vtable.Put())))
                 ti = vtable;
         }
-        for (const auto& line : tovfe::Functions(ti.Get())) std::printf("    %ls\n", line.c_str());
+        for (const auto& line : tovfe::Functions(ti.Get())) std::printf("    %s\n", tovfe::ConsoleText(line).c_str());
     }
     return 0;
 }
@@ -59,6 +61,7 @@ int ShowMembers()
 int wmain(int argc, wchar_t** argv)
 {
     if (FAILED(OleInitialize(nullptr))) return 2;
+    SetConsoleOutputCP(CP_UTF8);
     int rc = 2;
     if (argc > 1 && std::wstring(argv[1]) == L"--members") rc = ShowMembers();
     else if (argc > 2 && std::wstring(argv[1]) == L"--session") rc = tovfe::RunDemoSession(argv[2]);

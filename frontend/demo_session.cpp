@@ -90,7 +90,7 @@ public:
         PrintBrowserCalls();
         const auto left = NewTempFiles();
         std::printf("  temporary files left: %zu%s\n", left.size(), left.empty() ? "" : " (output copies)");
-        for (const auto& f : left) std::printf("    %ls\n", f.c_str());
+        for (const auto& f : left) std::printf("    %s\n", ConsoleText(f).c_str());
         if (!m_made.empty()) std::printf("  temporary files made and deleted again: %zu\n", m_made.size());
     }
 
@@ -125,7 +125,7 @@ private:
         std::printf("  return code %ld\n", static_cast<long>(code));
         PrintBrowserCalls();
         for (const auto& f : NewTempFiles()) {
-            if (m_made.insert(f).second) std::printf("  temporary file made: %ls\n", f.c_str());
+            if (m_made.insert(f).second) std::printf("  temporary file made: %s\n", ConsoleText(f).c_str());
         }
     }
 
@@ -141,7 +141,7 @@ private:
             std::wstring t = texts[i];
             if (t.rfind(L"QueryInterface(", 0) == 0) continue;
             if (t.size() > 160) t = t.substr(0, 100) + L" ... " + t.substr(t.size() - 50);
-            std::printf("  %s: %ls\n", who, t.c_str());
+            std::printf("  %s: %s\n", who, ConsoleText(t).c_str());
         }
         shown = texts.size();
     }
@@ -240,7 +240,8 @@ int RunDemoSession(const std::wstring& samples)
             std::wstring text(bytes.size(), L'\0');
             const int n = MultiByteToWideChar(1252, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), static_cast<int>(text.size()));
             text.resize(n > 0 ? static_cast<size_t>(n) : 0);
-            std::printf("  post data in the front end's provider (%ls): %zu bytes \"%ls\"\n", key.c_str(), bytes.size(), text.c_str());
+            std::printf("  post data in the front end's provider (%s): %zu bytes \"%s\"\n", ConsoleText(key).c_str(), bytes.size(),
+                        ConsoleText(text).c_str());
         }
         postData->posted.clear();
     };

@@ -37,6 +37,16 @@ std::wstring DisplayText(const VARIANT& v, size_t maxChars)
     }
 }
 
+std::string ConsoleText(std::wstring_view text)
+{
+    if (text.empty()) return {};
+    const int wide = static_cast<int>(text.size());
+    const int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), wide, nullptr, 0, nullptr, nullptr);
+    std::string out(n > 0 ? static_cast<size_t>(n) : 0, '\0');
+    if (n > 0) WideCharToMultiByte(CP_UTF8, 0, text.data(), wide, out.data(), n, nullptr, nullptr);
+    return out;
+}
+
 STDMETHODIMP EventPrinter::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*)
 {
     BSTR names[16] = {};
@@ -44,13 +54,13 @@ STDMETHODIMP EventPrinter::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* par
     if (m_events) m_events->GetNames(id, names, 16, &count);
     std::wstring name = count && names[0] ? names[0] : L"event " + std::to_wstring(id);
     m_names.push_back(name);
-    std::printf("  event %ls\n", name.c_str());
+    std::printf("  event %s\n", ConsoleText(name).c_str());
     const UINT args = params ? params->cArgs : 0;
     for (UINT i = 0; i < args; ++i) {
         // Arguments arrive last first.
         const VARIANT& v = params->rgvarg[args - 1 - i];
         const wchar_t* argName = i + 1 < count && names[i + 1] ? names[i + 1] : L"?";
-        std::printf("    %-12ls %ls\n", argName, DisplayText(v).c_str());
+        std::printf("    %-12s %s\n", ConsoleText(argName).c_str(), ConsoleText(DisplayText(v)).c_str());
     }
     for (UINT i = 0; i < count; ++i) SysFreeString(names[i]);
     return S_OK;

@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <oaidl.h>
 #include <string>
+#include <string_view>
 #include <vector>
 #include "framework/com_ptr.h"
 #include "framework/object_root.h"
@@ -33,5 +34,9 @@ private:
 
 // Text for a person: strings in quotes (long ones shortened in the middle), "null", numbers as they are.
 std::wstring DisplayText(const VARIANT& v, size_t maxChars = 120);
+
+// UTF-8 for the console, whose output code page the demo sets to UTF-8: national characters reach a
+// terminal as they are rather than as bytes of the ANSI code page.
+std::string ConsoleText(std::wstring_view text);
 
 } // namespace tovfe

@@ -75,20 +75,21 @@ STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
 }
 
 // The control is torn down at its last release. When a front-end handler drops that reference inside a
-// call of the browser, the browser still holds the sink or site it called and releases it only after the
-// call has returned: the memory, and with it the module, stays until the browser has let go of all.
+// call of the browser, or a browser kept a sink it was asked to give back, the browser still holds the sink
+// or site and releases it later: the memory, and with it the module, stays until the browser has let go
+// of all.
 void CTOVHTMLControl::OnLastRelease() noexcept
 {
     FinalRelease();
-    if (m_cBrowserCalls == 0) {
-        delete this;
-        return;
-    }
     m_bLastReleased = true;
-    // A browser that kept the sinks until its own end must not be kept alive by the control in turn.
+    // A browser that keeps the sinks until its own end must not be kept alive by the control in turn. Its
+    // releases of the site and sinks while these let go of it must not free the control under them.
+    ++m_cBrowserCalls;
     m_pCommandTarget.Reset();
     m_pOleObject.Reset();
     m_pWebBrowser.Reset();
+    --m_cBrowserCalls;
+    FreeOnceBrowserLetGo();
 }
 
 void CTOVHTMLControl::FreeOnceBrowserLetGo() noexcept

@@ -69,6 +69,17 @@ TEST_F(Closing, FailingCallsDoNotEndTheSteps)
     EXPECT_EQ(S_OK, Close());
     browser->ClearFailures();
     EXPECT_EQ(L"Close(1)", BrowserCalls().back());
+
+    // The browser kept the sinks it would not give back: the control's code stays loaded until it lets go.
+    host.Destroy();
+    control.Reset();
+    EXPECT_EQ(S_FALSE, ocx.CanUnloadNow());
+    const auto points = tov::QueryAs<IConnectionPointContainer>(browser, IID_IConnectionPointContainer);
+    for (const IID* iid : {&DIID_DWebBrowserEvents, &DIID_DWebBrowserEvents2}) {
+        ComPtr<IConnectionPoint> point;
+        ASSERT_EQ(S_OK, points->FindConnectionPoint(*iid, point.Put()));
+        EXPECT_EQ(S_OK, point->Unadvise(1));
+    }
 }
 
 TEST_F(Closing, AnExceptionEndsTheControlsStepsButNotTheStandardClose)

@@ -112,6 +112,7 @@ TEST_F(ShowMethods, ShowDataFailuresShowTheBlankPage)
     Put(LocalPrefix() + L"page.htm", "<html></html>", L"html");
     browser->ThrowOn(L"Stop");
     EXPECT_EQ(1, ShowData(L"page.htm", L"main")) << "an exception inside the method";
+    browser->ClearFailures();
 }
 
 TEST_F(ShowMethods, WindowsShowProviderDataThroughATemporaryFileAndAreCancelledQuietly)

@@ -18,11 +18,11 @@ TEST(BrowserRules, ZoomFollowsTheScreenResolution)
 
 TEST(BrowserRules, NavigationStyleLettersAreCaseSensitive)
 {
-    const struct { const char* style; bool pluggable; long navFlags; bool restrict; } cases[] = {
+    const struct { const char* style; bool pluggable; long navFlags; bool restricted; } cases[] = {
         {"AC", true, 0, true}, {"abc", false, 0, false}, {"xCyB", false, 1, true}};
     for (const auto& c : cases) {
         const auto letters = ParseNavigationStyle(c.style);
-        EXPECT_EQ((std::tuple{c.pluggable, c.navFlags, c.restrict}),
+        EXPECT_EQ((std::tuple{c.pluggable, c.navFlags, c.restricted}),
                   (std::tuple{letters.pluggableProtocol, letters.newWindowNavFlags, letters.restrictSchemes}))
             << c.style;
     }

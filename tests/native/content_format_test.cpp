@@ -12,9 +12,9 @@ TEST(ContentFormat, DirectivesWriteNothingAndPercentSignsThatBeginNoneStay)
         {L"<p>Total: %d items</p>", L"<p>Total:  items</p>"}, {L"a%sb", L"ab"}, {L"a%-08.3ldb", L"ab"},
         {L"a%*.*fb", L"ab"}, {L"a%I64xb", L"ab"}, {L"a%llub", L"ab"}, {L"a%nb", L"ab"}, // %n writes nothing anywhere
         {L"100% sure", L"100ure"}, // "% s" is a blank flag and a string conversion
-        {L"%s%d%p%c", L""}, {L"50%%", L"50%"}, {L"%%d", L"%d"}, {L"width: 50%", L"width: 50%"},
+        {L"%s%d%p%c", L""}, {L"50%%", L"50%"}, {L"%%d", L"%d"}, {L"%%%%", L"%%"}, {L"width: 50%", L"width: 50%"},
         {L"a%5q", L"a%5q"}, // no conversion letter
-        {L"%l", L"%l"}, {L"%-0", L"%-0"}, {L"%.", L"%."}, {L"%", L"%"}, {L"%%%%", L"%%"}, // ends inside the directive
+        {L"%l", L"%l"}, {L"%-0", L"%-0"}, {L"%.", L"%."}, {L"%", L"%"}, // the text ends inside the directive
         // The text ends at its first zero character, and a directive does not reach past it.
         {{L"<html>\0<body>", 13}, L"<html>"}, {{L"\0abc", 4}, L""}, {L"", L""}, {{L"a%\0d", 4}, L"a%"},
         {L"Gr\u00FC\u00DFe \u20AC \u65E5\u672C", L"Gr\u00FC\u00DFe \u20AC \u65E5\u672C"},

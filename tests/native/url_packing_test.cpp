@@ -8,7 +8,8 @@ using namespace tov::url;
 TEST(EventUrl, PrefixInAnyLetterCaseWithColon)
 {
     using namespace std::literals;
-    for (auto url : {L"TOVEVENT:Click"sv, L"tovevent:Click"sv, L"TovEvent:"sv}) EXPECT_TRUE(IsEventUrl(url)) << std::wstring(url);
+    for (auto url : {L"TOVEVENT:Click"sv, L"tovevent:Click"sv, L"TovEvent:"sv})
+        EXPECT_TRUE(IsEventUrl(url)) << std::wstring(url);
     for (auto url : {L"TOVEVENT"sv, L"TOVEVENTClick"sv, L" TOVEVENT:x"sv, L"http://x/TOVEVENT:"sv, L"TOVEV\0NT:x"sv, L""sv})
         EXPECT_FALSE(IsEventUrl(url)) << std::wstring(url);
 }

@@ -32,23 +32,15 @@ protected:
     std::vector<tov::EventConnectionPoint*> ConnectionPoints() override { return {&first, &second}; }
 };
 
-// The sinks a test advises must be declared before this, so that they outlive the source.
-ComPtr<IConnectionPointContainer> MakeSource(Source*& source)
-{
-    ComPtr<IConnectionPointContainer> cpc;
-    EXPECT_EQ(S_OK, tov::ObjectRoot::CreateInstance<Source>(nullptr, IID_IConnectionPointContainer, cpc.PutVoid()));
-    source = static_cast<Source*>(cpc.Get());
-    return cpc;
-}
-
 } // namespace
 
 TEST(ConnectionPoints, FoundByInterfaceCookiesAreSlotsWrongOnesRefusedAndEveryReferenceGivenBack)
 {
     CountingObject a(kFirstIid), b(kFirstIid), c(kFirstIid), d(kFirstIid), wrong(kSecondIid);
     CountingObject* const sinks[] = {&a, &b, &c, &d, &wrong};
-    Source* source = nullptr;
-    auto cpc = MakeSource(source);
+    ComPtr<IConnectionPointContainer> cpc; // after the sinks, so that they outlive the source
+    ASSERT_EQ(S_OK, tov::ObjectRoot::CreateInstance<Source>(nullptr, IID_IConnectionPointContainer, cpc.PutVoid()));
+    auto* const source = static_cast<Source*>(cpc.Get());
     {
         ComPtr<IConnectionPoint> point;
         ASSERT_EQ(S_OK, cpc->FindConnectionPoint(kSecondIid, point.Put()));

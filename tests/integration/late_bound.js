@@ -4,25 +4,16 @@ function check(cond, what) {
   if (!cond) { WScript.Echo("FAILED: " + what); failures++; }
 }
 
-var ctl = new ActiveXObject("TOV.HTMLIEControl");
-check(ctl.Version == 62, "Version is 62");
+var ctl = new ActiveXObject("TOV.HTMLIEControl"); // the VBScript client reads Version by both ProgIDs
 
-// Without InitControl there is no browser: the history methods answer code 3 as their return value.
+// Without InitControl there is no browser: a history method answers code 3 as its return value.
 check(ctl.GoBack() == 3, "GoBack() before InitControl gives 3");
-check(ctl.DoRefresh() == 3, "DoRefresh() before InitControl gives 3");
 
+// A text and a number property put and read by name; what they mean is the component tests' business.
 ctl.URLPrefixLocal = "http://srv/app/";
 check(ctl.URLPrefixLocal == "http://srv/app/", "URLPrefixLocal round trip");
-ctl.TargetFrame = "detail";
-check(ctl.TargetFrame == "detail", "TargetFrame round trip");
-// The NavigationStyle getter answers the target frame.
-check(ctl.NavigationStyle == "detail", "NavigationStyle get returns TargetFrame");
 ctl.UIFlag = 0x40002;
 check(ctl.UIFlag == 0x40002, "UIFlag round trip");
-ctl.SimpleBrowse = 5;
-check(ctl.SimpleBrowse == 1, "SimpleBrowse 5 reads back as 1");
-check(ctl.PostDataModified == 0, "PostDataModified starts at 0");
-check(ctl.DocumentComplete == 0, "DocumentComplete starts at 0");
 
 var threw = false;
 try { ctl.NoSuchMember(); } catch (e) { threw = true; }

@@ -18,16 +18,12 @@ TEST(BrowserRules, ZoomFollowsTheScreenResolution)
 
 TEST(BrowserRules, NavigationStyleLettersAreCaseSensitive)
 {
-    auto ac = ParseNavigationStyle("AC");
-    EXPECT_TRUE(ac.pluggableProtocol);
-    EXPECT_EQ(0, ac.newWindowNavFlags);
-    EXPECT_TRUE(ac.restrictSchemes);
-    auto lower = ParseNavigationStyle("abc");
-    EXPECT_FALSE(lower.pluggableProtocol);
-    EXPECT_EQ(0, lower.newWindowNavFlags);
-    EXPECT_FALSE(lower.restrictSchemes);
-    auto mixed = ParseNavigationStyle("xCyB");
-    EXPECT_FALSE(mixed.pluggableProtocol);
-    EXPECT_EQ(1, mixed.newWindowNavFlags);
-    EXPECT_TRUE(mixed.restrictSchemes);
+    const struct { const char* style; bool pluggable; long navFlags; bool restricted; } cases[] = {
+        {"AC", true, 0, true}, {"abc", false, 0, false}, {"xCyB", false, 1, true}};
+    for (const auto& c : cases) {
+        const auto letters = ParseNavigationStyle(c.style);
+        EXPECT_EQ((std::tuple{c.pluggable, c.navFlags, c.restricted}),
+                  (std::tuple{letters.pluggableProtocol, letters.newWindowNavFlags, letters.restrictSchemes}))
+            << c.style;
+    }
 }

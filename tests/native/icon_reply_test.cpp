@@ -33,26 +33,17 @@ TEST(IconReply, ConcatenatesWithoutSeparatorsOrEscaping)
               reply.Text());
 }
 
-TEST(IconReply, OpenAndCloseAloneAndAnAnswerCutShort)
+TEST(IconReply, OpenAndCloseAloneAnAnswerCutShortAndValuesWithNulsAndLength)
 {
-    IconReply none;
+    IconReply none, cut, raw;
     none.Open();
     none.Close();
     EXPECT_EQ(L"<Icons></Icons>", none.Text());
-
-    IconReply cut;
     cut.Open();
     cut.AddIcon(L"", L"", L"");
     EXPECT_EQ(L"<Icons><Icon><Icon_Name></Icon_Name><Font_Size></Font_Size></Icon>", cut.Text());
     EXPECT_FALSE(cut.Empty());
-}
-
-TEST(IconReply, ValuesKeepEmbeddedNulsAndLength)
-{
-    const std::wstring name(L"a\0b", 3);
-    const std::wstring big(1 << 20, L'x');
-    IconReply reply;
-    reply.AddIcon(name, big, L"");
-    const std::wstring& text = reply.Text();
-    EXPECT_EQ(std::wstring(L"<Icon><Icon_Name>") + name + L"</Icon_Name><Font_Size>" + big + L"</Font_Size></Icon>", text);
+    const std::wstring name(L"a\0b", 3), big(1 << 20, L'x');
+    raw.AddIcon(name, big, L"");
+    EXPECT_EQ(L"<Icon><Icon_Name>" + name + L"</Icon_Name><Font_Size>" + big + L"</Font_Size></Icon>", raw.Text());
 }

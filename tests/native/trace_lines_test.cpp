@@ -4,88 +4,66 @@
 #include <vector>
 #include "control/trace_lines.h"
 
-using tov::trace::TraceLines;
-
 namespace {
 
-struct Collector {
-    std::vector<std::string> lines;
-    tov::trace::LineWriter writer() { return [this](const std::string& l) { lines.push_back(l); }; }
-};
-
+using Lines = std::vector<std::string>;
 const std::string kHashes(45, '#');
 const std::string kDashes(45, '-');
 
+class TraceLines : public testing::Test {
+protected:
+    tov::trace::TraceLines t;
+    Lines lines;
+    const tov::trace::LineWriter write = [this](const std::string& l) { lines.push_back(l); };
+};
+
 } // namespace
 
-TEST(TraceLines, NestedScopesWriteArrowsByDepth)
+TEST_F(TraceLines, NestedScopesWriteArrowsByDepthAndKeepTheirDecisionWhenTheLevelChanges)
 {
-    TraceLines t;
+    size_t d[4] = {};
+    const auto silent = t.Open("Silent", 1, true, write, d[0]); // level 0: nothing, and no depth
     t.SetLevel(1);
-    Collector c;
-    size_t dA = 0, dB = 0, dC = 0;
-    auto a = t.Open("GoBack", 1, true, c.writer(), dA);
-    auto b = t.Open("CreateTempFile", 1, true, c.writer(), dB);
-    auto cc = t.Open("CheckMetaTag", 1, true, c.writer(), dC);
+    const auto a = t.Open("GoBack", 1, true, write, d[1]);
+    const auto b = t.Open("CreateTempFile", 1, true, write, d[2]);
+    const auto c = t.Open("CheckMetaTag", 1, true, write, d[3]);
     EXPECT_EQ("===", t.Depth());
-    t.Close(cc, dC, c.writer());
-    t.Close(b, dB, c.writer());
-    t.Close(a, dA, c.writer());
-    EXPECT_EQ((std::vector<std::string>{"=> GoBack", "==> CreateTempFile", "===> CheckMetaTag", "<=== CheckMetaTag",
-                                        "<== CreateTempFile", "<= GoBack"}),
-              c.lines);
+    t.SetLevel(0);
+    t.Close(c, d[3], write);
+    t.Close(b, d[2], write);
+    t.Close(a, d[1], write);
+    t.Close(silent, d[0], write);
+    EXPECT_EQ((Lines{"=> GoBack", "==> CreateTempFile", "===> CheckMetaTag", "<=== CheckMetaTag", "<== CreateTempFile",
+                     "<= GoBack"}),
+              lines);
     EXPECT_EQ("", t.Depth());
 }
 
-TEST(TraceLines, LevelZeroOrNoSinkWritesNoScopeLines)
+TEST_F(TraceLines, LevelZeroOrNoSinkWritesNoScopeLines)
 {
-    TraceLines t;
-    Collector c;
     size_t d = 7;
-    EXPECT_EQ("", t.Open("GoBack", 1, true, c.writer(), d));
+    EXPECT_EQ("", t.Open("GoBack", 1, true, write, d));
     EXPECT_EQ(0u, d);
     t.SetLevel(3);
-    EXPECT_EQ("", t.Open("GoBack", 1, false, c.writer(), d));
-    EXPECT_EQ("", t.Open("Deep", 4, true, c.writer(), d)) << "scope level above the trace level";
-    EXPECT_TRUE(c.lines.empty());
+    EXPECT_EQ("", t.Open("GoBack", 1, false, write, d));
+    EXPECT_EQ("", t.Open("Deep", 4, true, write, d)) << "scope level above the trace level";
+    EXPECT_TRUE(lines.empty());
     EXPECT_EQ("", t.Depth());
 }
 
-TEST(TraceLines, MessageKindsByLevel)
+TEST_F(TraceLines, MessageKindsByLevel)
 {
-    TraceLines t;
-    Collector c;
-    // Level 0: a failure block still appears, without the (empty) entry line; details are dropped.
-    t.Write("", "GoBack: m_pWebBrowser->GoBack", 2, c.writer());
-    t.Write("", "detail", 0, c.writer());
-    EXPECT_EQ((std::vector<std::string>{kHashes, "GoBack: m_pWebBrowser->GoBack", kHashes}), c.lines);
-
-    c.lines.clear();
-    t.SetLevel(1);
-    t.Write("=> GoBack", "GoBack: m_pWebBrowser->GoBack", 2, c.writer());
-    t.Write("=> GoBack", "detail", 0, c.writer());
-    t.Write("=> GoBack", "notice", 1, c.writer());
-    EXPECT_EQ((std::vector<std::string>{kHashes, "=> GoBack", "GoBack: m_pWebBrowser->GoBack", kHashes, kDashes,
-                                        "=> GoBack", "notice", kDashes}),
-              c.lines);
-
-    c.lines.clear();
-    t.SetLevel(2);
-    t.Write("=> GoBack", "detail", 0, c.writer());
-    EXPECT_EQ((std::vector<std::string>{"detail"}), c.lines);
-}
-
-TEST(TraceLines, ScopesKeepTheirDecisionWhenTheLevelChanges)
-{
-    TraceLines t;
-    Collector c;
-    size_t dA = 0, dB = 0;
-    auto a = t.Open("A", 1, true, c.writer(), dA); // level 0: nothing
-    t.SetLevel(1);
-    auto b = t.Open("B", 1, true, c.writer(), dB);
-    t.SetLevel(0);
-    t.Close(b, dB, c.writer());
-    t.Close(a, dA, c.writer());
-    EXPECT_EQ((std::vector<std::string>{"=> B", "<= B"}), c.lines);
-    EXPECT_EQ("", t.Depth());
+    const std::string failure = "GoBack: m_pWebBrowser->GoBack";
+    const struct { unsigned level; const char* scope; std::string text; int kind; Lines written; } cases[] = {
+        // Level 0: a failure block still appears, without the (empty) entry line; details are dropped.
+        {0, "", failure, 2, {kHashes, failure, kHashes}}, {0, "", "detail", 0, {}},
+        {1, "=> GoBack", failure, 2, {kHashes, "=> GoBack", failure, kHashes}}, {1, "=> GoBack", "detail", 0, {}},
+        {1, "=> GoBack", "notice", 1, {kDashes, "=> GoBack", "notice", kDashes}}, {2, "=> GoBack", "detail", 0, {"detail"}},
+    };
+    for (const auto& c : cases) {
+        lines.clear();
+        t.SetLevel(c.level);
+        t.Write(c.scope, c.text, c.kind, write);
+        EXPECT_EQ(c.written, lines) << "level " << c.level << ", " << c.text;
+    }
 }

@@ -7,24 +7,16 @@ using namespace tov::url;
 
 TEST(EventUrl, PrefixInAnyLetterCaseWithColon)
 {
-    EXPECT_TRUE(IsEventUrl(L"TOVEVENT:Click"));
-    EXPECT_TRUE(IsEventUrl(L"tovevent:Click"));
-    EXPECT_TRUE(IsEventUrl(L"TovEvent:"));
-    EXPECT_FALSE(IsEventUrl(L"TOVEVENT"));
-    EXPECT_FALSE(IsEventUrl(L"TOVEVENTClick"));
-    EXPECT_FALSE(IsEventUrl(L" TOVEVENT:x"));
-    EXPECT_FALSE(IsEventUrl(L"http://x/TOVEVENT:"));
-    EXPECT_FALSE(IsEventUrl(std::wstring(L"TOVEV\0NT:x", 10)));
-    EXPECT_FALSE(IsEventUrl(L""));
+    using namespace std::literals;
+    for (auto url : {L"TOVEVENT:Click"sv, L"tovevent:Click"sv, L"TovEvent:"sv})
+        EXPECT_TRUE(IsEventUrl(url)) << std::wstring(url);
+    for (auto url : {L"TOVEVENT"sv, L"TOVEVENTClick"sv, L" TOVEVENT:x"sv, L"http://x/TOVEVENT:"sv, L"TOVEV\0NT:x"sv, L""sv})
+        EXPECT_FALSE(IsEventUrl(url)) << std::wstring(url);
 }
 
 TEST(UrlPacking, PiecesOf255CharactersAndNothingPast2040)
 {
-    struct Case {
-        size_t length;
-        size_t pieces;
-        size_t lastPiece;
-    };
+    struct Case { size_t length, pieces, lastPiece; };
     for (const Case& c : {Case{0, 0, 0}, Case{1, 1, 1}, Case{255, 1, 255}, Case{256, 2, 1}, Case{510, 2, 255},
                           Case{2040, 8, 255}, Case{2041, 8, 255}, Case{3000, 8, 255}}) {
         SCOPED_TRACE(c.length);

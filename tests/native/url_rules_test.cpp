@@ -6,22 +6,16 @@ using namespace tov::url;
 
 TEST(UrlRules, SchemesCompareFixedLengthsIgnoringCase)
 {
-    EXPECT_TRUE(IsBackEndUrl(L"TOVQ5:x"));
-    EXPECT_TRUE(IsBackEndUrl(L"tovq5:/a/b"));
-    EXPECT_FALSE(IsBackEndUrl(L"tovq5x")) << "no colon after the letters";
-    EXPECT_FALSE(IsBackEndUrl(L"tovq5"));
-    EXPECT_TRUE(IsMonikerUrl(L"@tovhtml://page.htm"));
-    EXPECT_TRUE(IsPluggableUrl(L"TOVHTMLP://a"));
-    EXPECT_FALSE(IsPluggableUrl(L"tovhtml://a"));
-    EXPECT_FALSE(IsDataUrl(L"http://tovq5:/"));
-    EXPECT_FALSE(IsDataUrl(L""));
-    EXPECT_TRUE(IsDataUrl(L"@TOVHTML:x"));
-    EXPECT_FALSE(IsDataUrlForSeparateWindow(L"@TOVHTML://x")) << "a separate window takes it unchanged";
-    EXPECT_TRUE(IsDataUrlForSeparateWindow(L"TovQ5:x"));
-    EXPECT_TRUE(IsHtmlSubtype(L"HTML"));
-    EXPECT_TRUE(IsHtmlSubtype(L"htmlx"));
-    EXPECT_FALSE(IsHtmlSubtype(L"htm"));
-    EXPECT_FALSE(IsHtmlSubtype(L"xhtml"));
+    const struct { bool (*rule)(std::wstring_view); const wchar_t* text; bool holds; } cases[] = {
+        {IsBackEndUrl, L"TOVQ5:x", true}, {IsBackEndUrl, L"tovq5:/a/b", true}, {IsBackEndUrl, L"tovq5x", false},
+        {IsBackEndUrl, L"tovq5", false}, {IsMonikerUrl, L"@tovhtml://page.htm", true},
+        {IsPluggableUrl, L"TOVHTMLP://a", true}, {IsPluggableUrl, L"tovhtml://a", false},
+        {IsDataUrl, L"http://tovq5:/", false}, {IsDataUrl, L"", false}, {IsDataUrl, L"@TOVHTML:x", true},
+        {IsDataUrlForSeparateWindow, L"@TOVHTML://x", false}, // a separate window takes it unchanged
+        {IsDataUrlForSeparateWindow, L"TovQ5:x", true}, {IsHtmlSubtype, L"HTML", true}, {IsHtmlSubtype, L"htmlx", true},
+        {IsHtmlSubtype, L"htm", false}, {IsHtmlSubtype, L"xhtml", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.holds, c.rule(c.text)) << std::wstring(c.text);
 }
 
 TEST(UrlRules, InstanceTagAndPrefixesInBothModes)
@@ -29,12 +23,9 @@ TEST(UrlRules, InstanceTagAndPrefixesInBothModes)
     EXPECT_EQ(L"1a2b3c40", InstanceTag(0x1A2B3C40));
     EXPECT_EQ(L"2b3c40", InstanceTag(static_cast<uintptr_t>(0x7ff000002b3c40ull)));
     EXPECT_EQ(L"0", InstanceTag(0));
-    auto m1 = PrefixesFor(1, L"1a2b3c40");
-    EXPECT_EQ(L"@TOVHTML://1a2b3c40/", m1.local);
-    EXPECT_EQ(L"@TOVHTML://", m1.global);
-    auto m2 = PrefixesFor(2, L"1a2b3c40");
-    EXPECT_EQ(L"tovhtmlp://1a2b3c40/", m2.local);
-    EXPECT_EQ(L"tovhtmlp://", m2.global);
+    const auto m1 = PrefixesFor(1, L"1a2b3c40"), m2 = PrefixesFor(2, L"1a2b3c40");
+    EXPECT_EQ((std::vector<std::wstring>{L"@TOVHTML://1a2b3c40/", L"@TOVHTML://", L"tovhtmlp://1a2b3c40/", L"tovhtmlp://"}),
+              (std::vector<std::wstring>{m1.local, m1.global, m2.local, m2.global}));
     EXPECT_EQ(L"tovhtmlp://", PrefixesFor(0, L"x").global) << "any mode but 1 is the pluggable protocol";
     EXPECT_EQ(2, NormalizedMode(7));
 }

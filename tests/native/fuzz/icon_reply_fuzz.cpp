@@ -1,24 +1,15 @@
 // Fuzz target: icon replies from arbitrary names, sizes and descriptions; the reply is exactly the
 // concatenation and a child name is recognised only when it folds to one of the two field names.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include "hosting/icon_reply.h"
 
-namespace {
-
-std::wstring Widen(const uint8_t* data, size_t size)
-{
-    std::wstring out;
-    for (size_t i = 0; i + 1 < size; i += 2) out.push_back(static_cast<wchar_t>(data[i] | (data[i + 1] << 8)));
-    return out;
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const std::wstring all = Widen(data, size);
+    std::wstring all;
+    for (size_t i = 0; i + 1 < size; i += 2) all += static_cast<wchar_t>(data[i] | (data[i + 1] << 8));
     const size_t a = all.size() / 3, b = 2 * all.size() / 3;
     const std::wstring name = all.substr(0, a), fontSize = all.substr(a, b - a), desc = all.substr(b);
 
@@ -30,9 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                                   L"</Font_Size>" + desc + L"</Icon></Icons>";
     if (reply.Text() != expected) std::abort();
 
-    const auto field = tov::icons::ClassifyIconChild(name);
-    if (field != tov::icons::IconField::Other && name.size() != 9) std::abort();
-    for (wchar_t c : name)
-        if (field != tov::icons::IconField::Other && c > 0x7f) std::abort();
+    const bool nonAscii = std::any_of(name.begin(), name.end(), [](wchar_t c) { return c > 0x7f; });
+    if (tov::icons::ClassifyIconChild(name) != tov::icons::IconField::Other && (name.size() != 9 || nonAscii)) std::abort();
     return 0;
 }

@@ -85,8 +85,7 @@ TEST_F(PostData, ModifiedIsReportedOnceWhileRecordingScripts)
 TEST_F(PostData, BadInputIsSurvived)
 {
     auto* provider = GivePostDataProvider();
-    VARIANT nullArray{}, lying{}; // borrowed shapes that own nothing
-    nullArray.vt = VT_ARRAY | VT_UI1;
+    VARIANT lying{}; // a borrowed shape that owns nothing
     char small[4] = {'a', '=', '1', 0};
     SAFEARRAY claimsTooMuch{};
     claimsTooMuch.cDims = 1;
@@ -95,12 +94,10 @@ TEST_F(PostData, BadInputIsSurvived)
     claimsTooMuch.rgsabound[0].cElements = 0x40000000; // 16 GiB
     lying.vt = VT_ARRAY | VT_UI1;
     lying.parray = &claimsTooMuch;
-    for (VARIANT* shape : {&nullArray, &lying}) {
-        control->put_PostDataLength(5);
-        EXPECT_EQ(1, SubmitDirect(shape));
-        EXPECT_EQ(0, Length());
-        EXPECT_EQ("", Stored(provider));
-    }
+    control->put_PostDataLength(5);
+    EXPECT_EQ(1, SubmitDirect(&lying));
+    EXPECT_EQ(0, Length());
+    EXPECT_EQ("", Stored(provider));
     EXPECT_EQ(0, SubmitDirect(nullptr, nullptr)) << "a null URL is no event";
 
     sink.events.clear();

@@ -60,26 +60,22 @@ protected:
 
 TEST_F(TempFiles, FileNamesAndWhereTheProviderIsAsked)
 {
-    auto& store = DataStore::Instance();
-    store.Put(L"http://srv/app/page.htm", "GIF89a-page", L"gif");
-    EXPECT_EQ(0, Show(L"page.htm#top"));
-    std::wstring path = Navigated();
-    EXPECT_TRUE(ProviderAskedFor(L"http://srv/app/page.htm"));
-    EXPECT_TRUE(path.ends_with(L"page.htm#top")) << path;
-    EXPECT_EQ(0, path.compare(0, TempDir().size(), TempDir())) << "made in the temporary folder: " << path;
-    EXPECT_TRUE(FileExists(path));
-
     // Data URLs are passed to the provider as they stand (their scheme in any letter case: tests/native).
-    const wchar_t* picture = L"TOVQ5:/a/b/Picture%20one.gif";
-    store.Put(picture, "GIF89a-picture", L"gif");
-    EXPECT_EQ(0, Show(picture));
-    EXPECT_TRUE(ProviderAskedFor(picture));
-    path = Navigated();
-    EXPECT_TRUE(path.ends_with(L"Picture one.gif") && FileExists(path)) << path;
-
-    store.Put(L"http://srv/app/a%3Db.txt", "a=b", L"plain");
-    EXPECT_EQ(0, Show(L"a%3Db.txt"));
-    EXPECT_TRUE(Navigated().ends_with(L"a%3Db.txt")) << Navigated();
+    const struct {
+        const wchar_t *url, *asked, *fileEnd;
+    } cases[] = {
+        {L"page.htm#top", L"http://srv/app/page.htm", L"page.htm#top"},
+        {L"TOVQ5:/a/b/Picture%20one.gif", L"TOVQ5:/a/b/Picture%20one.gif", L"Picture one.gif"},
+        {L"a%3Db.txt", L"http://srv/app/a%3Db.txt", L"a%3Db.txt"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "url " << c.url);
+        DataStore::Instance().Put(c.asked, "GIF89a", L"gif");
+        EXPECT_EQ(0, Show(c.url));
+        EXPECT_TRUE(ProviderAskedFor(c.asked));
+        const std::wstring path = Navigated();
+        EXPECT_TRUE(path.starts_with(TempDir()) && path.ends_with(c.fileEnd) && FileExists(path)) << path;
+    }
 }
 
 TEST_F(TempFiles, TheSameUrlTwiceMakesTwoFilesAndBothAreDeleted)

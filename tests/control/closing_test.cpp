@@ -7,7 +7,6 @@ using tov::Bstr;
 using tov::ComPtr;
 
 namespace {
-const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
 const std::wstring kUnadvise1 = L"Unadvise(DWebBrowserEvents, 1)", kUnadvise2 = L"Unadvise(DWebBrowserEvents2, 1)";
 } // namespace
 

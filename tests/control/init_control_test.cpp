@@ -33,7 +33,7 @@ TEST_F(InitControl, CreatesActivatesConnectsAndShowsTheBlankPageOnce)
     EXPECT_EQ((std::vector<std::wstring>{L"CoCreateInstance(WebBrowser)", L"SetClientSite(site)",
                                          L"DoVerb(-5, " + tovfe::HexArg(reinterpret_cast<uintptr_t>(hwnd)) + L", " + rect + L")",
                                          L"QueryInterface(IWebBrowser)", L"Advise(DWebBrowserEvents)", L"Advise(DWebBrowserEvents2)",
-                                         L"QueryInterface(IOleCommandTarget)", L"Navigate(about:blank, <null>, <null>, <null>, <null>)"}),
+                                         L"QueryInterface(IOleCommandTarget)", kBlank}),
               calls);
 
     const size_t made = browsers.Log().Calls().size();

@@ -12,7 +12,6 @@ namespace {
 int g_dpi = 96;
 int WINAPI FakeGetDeviceCaps(HDC, int index) { return (index == LOGPIXELSX || index == LOGPIXELSY) ? g_dpi : 0; }
 
-const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
 // The path a Navigate call names: "Navigate(<path>, ...".
 std::wstring NavigatedPath(const std::wstring& call) { return call.substr(9, call.find(L", ", 9) - 9); }
 
@@ -86,14 +85,10 @@ TEST_F(ShowMethods, ShowDataNavigatesHtmlWithFlagsTwelveAndOtherDataAsATemporary
     EXPECT_EQ(L"Navigate(" + path + L", <null>, BSTR:main, <null>, <null>)", file) << "other data always zoomed, no flags";
     EXPECT_EQ(L"ExecWB(63, 0, I4:125, <null>)", BrowserCalls().at(1)) << "the zoom of the screen's resolution";
     EXPECT_TRUE(path.starts_with(tovtest::TempDir()) && path.ends_with(L"}picture.gif")) << path;
-}
 
-// A failing ShowData: internal_pages_test.cpp.
-TEST_F(ShowMethods, AnExceptionInsideShowDataIsCodeOne)
-{
-    Put(LocalPrefix() + L"page.htm", "<html></html>", L"html");
+    // (A failing ShowData: internal_pages_test.cpp.)
     browser->ThrowOn(L"Stop");
-    EXPECT_EQ(1, ShowData(L"page.htm", L"main"));
+    EXPECT_EQ(1, ShowData(L"page.htm", L"main")) << "an exception inside the method";
 }
 
 TEST_F(ShowMethods, WindowsShowProviderDataThroughATemporaryFileAndAreCancelledQuietly)

@@ -22,8 +22,6 @@ std::vector<HWND> SimpleBrowseWindows()
     return found;
 }
 
-const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
-
 } // namespace
 
 class SimpleBrowse : public tovtest::InitializedControlFixture {

@@ -64,6 +64,8 @@ protected:
         EXPECT_EQ(S_OK, control->ShowURLInBrowser(tov::Bstr(url).Get(), &code));
         return code;
     }
+    // The internal blank page as the browser records its navigation.
+    static inline const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
     // The calls the control's own browser received, without interface queries.
     std::vector<std::wstring> BrowserCalls() const { return WithoutQueries(browser->OwnLog()); }
     static std::vector<std::wstring> WithoutQueries(const tovfe::CallLog& log)

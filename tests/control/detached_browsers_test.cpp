@@ -99,7 +99,7 @@ TEST_F(DetachedBrowsers, ABrowserApplicationThatCannotBeCreatedGivesTheErrorPage
     EXPECT_EQ(ErrorPage(L"ShowURLInDetachedBrowser", L"http://example.invalid/y"), BrowserCalls().back());
 }
 
-TEST_F(DetachedBrowsers, AWebUrlOpensAFreshWindowEachTime)
+TEST_F(DetachedBrowsers, AWebUrlOpensAFreshWindowEachTimeBadInputIsSurvived)
 {
     Init(2);
     EXPECT_EQ(0, Detached(L"http://example.invalid/d", 1));
@@ -117,6 +117,13 @@ TEST_F(DetachedBrowsers, AWebUrlOpensAFreshWindowEachTime)
     applications.FailCallOnNext(L"put_Visible", E_ACCESSDENIED);
     EXPECT_EQ(5, Detached(L"http://example.invalid/f", 1)) << "its visibility decides";
     EXPECT_EQ(ErrorPage(L"ShowURLInDetachedBrowser", L"http://example.invalid/f"), BrowserCalls().back());
+
+    // Bad input: a URL of a million characters, as a web URL and as a generated one; an empty URL.
+    applications.ClearFailurePlan();
+    const std::wstring huge = L"http://example.invalid/" + std::wstring(1 << 20, L'x');
+    EXPECT_EQ(0, Detached(huge, 1));
+    EXPECT_EQ(5, Detached(huge, 0)) << "no data for it";
+    EXPECT_EQ(0, InBrowser(L""));
 }
 
 TEST_F(DetachedBrowsers, WithTheShellConditionTheShellOpensAndTheCodesStayAsTheyWere)
@@ -143,13 +150,4 @@ TEST_F(DetachedBrowsers, WithTheShellConditionTheShellOpensAndTheCodesStayAsThey
     EXPECT_NE(std::string::npos, g_shellCalls[2].find("}sheet.xls <null> <null> 1")) << "the temporary file";
     EXPECT_EQ(ErrorPage(L"ShowDataInBrowser", L"tovq5:/r/sheet.xls"), BrowserCalls().back());
     EXPECT_TRUE(applications.Created().empty());
-}
-
-TEST_F(DetachedBrowsers, BadInput)
-{
-    Init(1);
-    const std::wstring huge = L"http://example.invalid/" + std::wstring(1 << 20, L'x');
-    EXPECT_EQ(0, Detached(huge, 1));
-    EXPECT_EQ(5, Detached(huge, 0)) << "no data for it";
-    EXPECT_EQ(0, InBrowser(L""));
 }

@@ -60,7 +60,8 @@ TEST_F(BrowserCommands, NavigationStyleSwitchesModeAndReadsBackTheTargetFrame)
     for (const auto& [text, globalPrefix] : cases) {
         SCOPED_TRACE(testing::Message() << "style of " << text.size() << " characters");
         EXPECT_EQ(S_OK, control->put_NavigationStyle(Bstr(text).Get()));
-        EXPECT_EQ(globalPrefix, Property(&ITOVHTMLControl::get_URLPrefixGlobal)) << "A in the first nine characters, before a zero";
+        EXPECT_EQ(globalPrefix, Property(&ITOVHTMLControl::get_URLPrefixGlobal))
+            << "A anywhere in the first nine characters, before a zero";
     }
     control->put_TargetFrame(Bstr(L"_main").Get());
     EXPECT_EQ(L"_main", Property(&ITOVHTMLControl::get_NavigationStyle)) << "the getter answers with the target frame";

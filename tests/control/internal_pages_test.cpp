@@ -59,5 +59,6 @@ TEST_F(InternalPages, AShowDataWithoutItsDataShowsTheBlankPageAfterTheZoom)
     EXPECT_EQ((std::vector<std::string>{"==> ShowBlankPageOnAccessDenied", "Access denied while creating file", "ShowData",
                                         "tovq5:missing"}),
               From(Lines(), "==> ShowBlankPageOnAccessDenied", 4));
-    EXPECT_TRUE(HasLine("GetDataSubtype: GetDataSubtype() failed") && HasLine("ShowData: m_pWebBrowser->Navigate() failed"));
+    EXPECT_TRUE(HasLine("GetDataSubtype: GetDataSubtype() failed"));
+    EXPECT_TRUE(HasLine("ShowData: m_pWebBrowser->Navigate() failed"));
 }

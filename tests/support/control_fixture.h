@@ -61,7 +61,10 @@ protected:
         return {"=> " + scope, Hashes(), "=> " + scope, text, Hashes(), "<= " + scope};
     }
 
-    static bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+    static bool FileExists(const std::wstring& path)
+    {
+        return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
     // A property as its getter answers it; a null string as "<null>".
     LONG Property(HRESULT (STDMETHODCALLTYPE ITOVHTMLControl::*get)(LONG*)) const
     {

@@ -14,9 +14,8 @@ protected:
     void SetUp() override
     {
         ControlFixture::SetUp();
-        point = tov::QueryAs<IConnectionPointContainer>(control.Get(), IID_IConnectionPointContainer);
-        ASSERT_EQ(S_OK, point->FindConnectionPoint(DIID__TOVHTMLControlEvents, events.Put()));
-        ASSERT_EQ(S_OK, events->Advise(&sink, &cookie));
+        cookie = Advise(sink);
+        ASSERT_NE(0u, cookie);
         service = tovfe::ContextMenuServiceStandIn::Create(rec);
         container->AddService(SID_TOVContextMenuService, static_cast<ITOVContextMenuService*>(service.Get()));
         menu = tovfe::ContextMenuStandIn::Create({{L"FC_OPEN", L"FC_SAVE"}, 1}, rec);
@@ -25,9 +24,7 @@ protected:
     }
     void TearDown() override
     {
-        if (events) events->Unadvise(cookie);
-        events.Reset();
-        point.Reset();
+        if (cookie) Unadvise(cookie);
         ControlFixture::TearDown();
         EXPECT_EQ(1u, sink.m_refs) << "the control let go of the front end's sink";
     }
@@ -44,8 +41,6 @@ protected:
     }
 
     tovtest::RecordingEventSink sink;
-    ComPtr<IConnectionPointContainer> point;
-    ComPtr<IConnectionPoint> events;
     DWORD cookie = 0;
     std::shared_ptr<tovfe::Recorder> rec = std::make_shared<tovfe::Recorder>();
     ComPtr<tovfe::ContextMenuServiceStandIn> service;
@@ -99,9 +94,8 @@ TEST_F(ContextMenu, FrontEndMayLetGoOfTheControlWhileTheMenuRuns)
         tov::QueryAs<ITOVGUIControl>(control.Get(), IID_ITOVGUIControl)->SetContainer(nullptr);
         control.Reset();
     };
-    events->Unadvise(cookie);
-    events.Reset();
-    point.Reset();
+    Unadvise(cookie);
+    cookie = 0;
     EXPECT_EQ(S_OK, raw->TrackContextMenu(Menu(), 1, 2));
     EXPECT_EQ(S_OK, ocx.CanUnloadNow()) << "the control went away after the call";
     EXPECT_EQ(1u, rec->log.Count(L"ShowContextMenu"));

@@ -20,12 +20,6 @@ const HistoryMethod kHistory[] = {
     {"DoRefresh", L"Refresh", "Refresh: m_pWebBrowser->Refresh", &ITOVHTMLControl::DoRefresh},
 };
 
-std::vector<std::string> FailureBlock(const HistoryMethod& h, const std::string& text)
-{
-    const std::string entry = std::string("=> ") + h.scope, hashes(45, '#');
-    return {entry, hashes, entry, text, hashes, std::string("<= ") + h.scope};
-}
-
 } // namespace
 
 using History = ControlFixture;
@@ -39,7 +33,7 @@ TEST_F(History, WithoutABrowserEachAnswersCodeThreeWithItsText)
         LONG code = -1;
         EXPECT_EQ(S_OK, (control.Get()->*h.method)(&code));
         EXPECT_EQ(3, code);
-        EXPECT_EQ(FailureBlock(h, h.failure.substr(0, h.failure.find("->")) + " is invalid"), Lines());
+        EXPECT_EQ(FailureBlock(h.scope, h.failure.substr(0, h.failure.find("->")) + " is invalid"), Lines());
     }
     Connect(0);
     ClearLines();
@@ -65,7 +59,7 @@ TEST_F(HistoryWithBrowser, CodesForSuccessFailureAndException)
         ClearLines();
         EXPECT_EQ(S_OK, (control.Get()->*h.method)(&code));
         EXPECT_EQ(5, code);
-        EXPECT_EQ(FailureBlock(h, h.failure), Lines());
+        EXPECT_EQ(FailureBlock(h.scope, h.failure), Lines());
 
         browser->ClearFailures();
         browser->ThrowOn(h.browserCall);

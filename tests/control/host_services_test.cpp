@@ -1,9 +1,12 @@
-// What the control answers its browser as the browser's site, also before InitControl and after Close.
-// (The policy decisions themselves: tests/native/host_policy_test.cpp; script errors of a page:
-// script_error_command_test.cpp.)
+// What the control answers its browser as the browser's site, also before InitControl and after Close; and
+// script errors of a page reported through the site's command target: the five error properties are read
+// late-bound from the page window's event object, nothing is shown, the page keeps running. (The policy
+// decisions themselves: tests/native/host_policy_test.cpp.)
+#include <functional>
 #include <mshtmhst.h>
 #include <urlmon.h>
 #include "support/browser_fixture.h"
+#include "support/page_fixture.h"
 #include "framework/variant.h"
 
 using tov::ComPtr;
@@ -42,7 +45,6 @@ TEST_F(HostServices, OwnSchemesGetTheControlsUrlPolicyInOneByte)
 {
     const std::tuple<const wchar_t*, DWORD, HRESULT, BYTE> cases[] = {
         {L"TOVEVENT:submit?x=1", 0x1400, S_OK, URLPOLICY_ALLOW},
-        {L"tovhtmlp://1a2b/page.htm", 0x1401, S_OK, URLPOLICY_QUERY},
         {L"https://example.invalid/", 0x1400, INET_E_DEFAULT_ACTION, 0xAB},
     };
     for (const auto& [url, action, result, byte] : cases) {
@@ -54,13 +56,12 @@ TEST_F(HostServices, OwnSchemesGetTheControlsUrlPolicyInOneByte)
     EXPECT_EQ(S_OK, browser->CallProcessUrlAction(L"tovevent:x", 0x1400, nullptr, 0)) << "no buffer, nothing written";
 }
 
-TEST_F(HostServices, ServicesAreTheControlItself)
+TEST_F(HostServices, SecurityAndFocusServicesAnswerOthersDoNot)
 {
     ComPtr<IUnknown> viaSecurity, focus;
     EXPECT_EQ(S_OK, browser->CallQueryService(SID_SInternetSecurityManager, IID_IOleClientSite, viaSecurity.PutVoid()))
         << "the security-manager service answers any interface of the control";
     EXPECT_EQ(S_OK, browser->CallQueryService(SID_SProtectFocus, IID_IProtectFocus, focus.PutVoid()));
-    EXPECT_TRUE(Identity(control.Get()) == Identity(viaSecurity.Get()) && Identity(control.Get()) == Identity(focus.Get()));
 
     for (const GUID* service : {&SID_SProtectFocus, &IID_IOleClientSite}) {
         IUnknown* out = reinterpret_cast<IUnknown*>(1);
@@ -109,10 +110,8 @@ TEST_F(HostServices, ExternalObjectShowingPlacingAndKeys)
     EXPECT_EQ(S_FALSE, browser->CallTranslateAccelerator(&msg)) << "the site itself handles no key";
 }
 
-TEST_F(HostServices, EverySiteInterfaceIsTheControlAndContainerLocksAreBalanced)
+TEST_F(HostServices, TheSitesContainerIsTheControlAndItsLocksAreBalanced)
 {
-    for (const IID* iid : {&IID_IOleInPlaceSite, &IID_IDocHostUIHandler, &IID_IServiceProvider, &IID_IOleCommandTarget})
-        EXPECT_EQ(Identity(control.Get()), Identity(browser->SiteAs<IUnknown>(*iid).Get()));
     auto clientSite = browser->SiteAs<IOleClientSite>(IID_IOleClientSite);
     ComPtr<IOleContainer> container;
     EXPECT_EQ(S_OK, clientSite->GetContainer(container.Put()));
@@ -128,21 +127,15 @@ TEST_F(HostServices, EverySiteInterfaceIsTheControlAndContainerLocksAreBalanced)
 
 // After Close the browser has no site; whoever still holds the control's site interfaces gets the fixed
 // answers and nothing breaks.
-using SiteWithoutBrowser = tovtest::ControlFixture;
+using SiteWithoutBrowser = tovtest::BrowserFixture;
 
 TEST_F(SiteWithoutBrowser, AfterClose)
 {
-    tovfe::ScriptedBrowserClass browsers;
-    ASSERT_EQ(S_OK, browsers.Register());
-    tovtest::AtlHost host;
-    ASSERT_EQ(S_OK, host.Attach(control.Get()));
-    LONG code = -1;
-    ASSERT_EQ(S_OK, control->InitControl(&code));
     ASSERT_EQ(S_OK, QueryAs<IOleObject>(control.Get(), IID_IOleObject)->Close(OLECLOSE_NOSAVE));
     host.Destroy();
-    browsers.Last()->Log().Clear();
+    browser->Log().Clear();
     EXPECT_EQ(S_OK, QueryAs<IOleClientSite>(control.Get(), IID_IOleClientSite)->ShowObject());
-    EXPECT_EQ(0u, browsers.Last()->Log().Count(L"DoVerb")) << "no window any more: ShowObject has nothing to activate in";
+    EXPECT_EQ(0u, browser->Log().Count(L"DoVerb")) << "no window any more: ShowObject has nothing to activate in";
     RECT pos{}, clip{};
     IOleInPlaceFrame* frame = reinterpret_cast<IOleInPlaceFrame*>(1);
     IOleInPlaceUIWindow* doc = reinterpret_cast<IOleInPlaceUIWindow*>(1);
@@ -151,4 +144,63 @@ TEST_F(SiteWithoutBrowser, AfterClose)
                            ->GetWindowContext(&frame, &doc, &pos, &clip, &frameInfo)))
         << "no container site";
     EXPECT_TRUE(frame == nullptr && doc == nullptr);
+}
+
+class ScriptErrorCommand : public tovtest::PageFixture {
+protected:
+    // Exec 40 of the document host's group with the document as the in-argument; the out-argument must
+    // always say "keep running scripts".
+    HRESULT ReportScriptError()
+    {
+        auto target = browser->SiteAs<IOleCommandTarget>(IID_IOleCommandTarget);
+        tov::Variant in, out;
+        in.vt = VT_UNKNOWN;
+        in.punkVal = document->AsDispatch();
+        in.punkVal->AddRef();
+        const HRESULT hr = target->Exec(&kDocHostCommands, 40, 0, &in, &out);
+        EXPECT_EQ(VT_BOOL, out.vt);
+        EXPECT_EQ(VARIANT_TRUE, out.boolVal);
+        return hr;
+    }
+};
+
+TEST_F(ScriptErrorCommand, TheFiveErrorPropertiesAreReadInOrder)
+{
+    Connect(2);
+    document->Log().Clear();
+    EXPECT_EQ(S_OK, ReportScriptError());
+    std::vector<std::wstring> expected = {L"get_parentWindow()", L"get_event()"};
+    for (const wchar_t* name : {L"errorLine", L"errorCharacter", L"errorCode", L"errorMessage", L"errorUrl"}) {
+        expected.push_back(std::wstring(L"GetIDsOfNames(") + name + L", 0x800)");
+        expected.push_back(std::wstring(L"Invoke(") + name + L", 0x800, 2, 0)");
+    }
+    EXPECT_EQ(expected, document->Log().Texts());
+    EXPECT_TRUE(Lines().empty()) << "nothing is traced";
+}
+
+// The result is the last call's; a property that cannot be read does not stop the others, a missing step
+// ends the reading.
+TEST_F(ScriptErrorCommand, FailingStepsAndTheirResults)
+{
+    const auto allProperties = Page().eventProperties;
+    const struct {
+        const char* name;
+        std::function<void()> arrange;
+        HRESULT result;
+        size_t events, invokes;
+    } cases[] = {
+        {"no errorUrl", [&] { Page().eventProperties.pop_back(); }, DISP_E_UNKNOWNNAME, 1, 4},
+        {"unreadable errorLine", [&] { document->Plan().Fail(L"Invoke(errorLine, 0x800, 2, 0)", DISP_E_EXCEPTION); }, S_OK, 1, 5},
+        {"get_parentWindow fails", [&] { document->Plan().Fail(L"get_parentWindow", E_FAIL); }, E_FAIL, 0, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        c.arrange();
+        document->Log().Clear();
+        EXPECT_EQ(c.result, ReportScriptError());
+        EXPECT_EQ(c.events, document->Log().Count(L"get_event"));
+        EXPECT_EQ(c.invokes, document->Log().Count(L"Invoke"));
+        document->Plan().Clear();
+        Page().eventProperties = allProperties;
+    }
 }

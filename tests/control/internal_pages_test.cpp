@@ -1,6 +1,7 @@
 // The control's internal pages: the error page that names the failing method and its URL, the blank page
 // after a failed ShowData; both zoomed first, traced, and neither reported to the front end as a completed
-// page. (The error page of each show method: show_methods_test.cpp and detached_browsers_test.cpp.)
+// page (that part: page_completion_test.cpp). (The error page of each show method: show_methods_test.cpp
+// and detached_browsers_test.cpp.)
 #include <algorithm>
 #include "support/browser_fixture.h"
 #include "framework/bstr.h"
@@ -33,11 +34,7 @@ using InternalPages = tovtest::BrowserFixture;
 TEST_F(InternalPages, AFailingShowURLShowsTheErrorPageAfterTheZoomWithTheUrlAsItIs)
 {
     browser->FailCall(L"Navigate", E_FAIL);
-    Connect(2);
-    ClearLines();
-    LONG code = -1;
-    ASSERT_EQ(S_OK, control->ShowURL(Bstr(L"abc").Get(), nullptr, &code));
-    EXPECT_EQ(5, code);
+    EXPECT_EQ(5, ShowURL(L"abc"));
     EXPECT_EQ((std::vector<std::wstring>{ZoomCall(), ErrorPage(L"abc")}), LastTwo(Calls()))
         << "the method's name as ShowURL has always given it, the zoom before the page";
     EXPECT_EQ((std::vector<std::string>{"==> ShowErrorMessage", "ShowUrl", "abc", "===> ExecuteWB", "Command ID: 63",
@@ -47,6 +44,7 @@ TEST_F(InternalPages, AFailingShowURLShowsTheErrorPageAfterTheZoomWithTheUrlAsIt
     Bstr quoted(L"x\"y%s%d%%z"), withZero(std::wstring_view(L"ab\0cd", 5));
     const std::pair<BSTR, std::wstring> cases[] = {{quoted.Get(), L"x\"y%s%d%%z"}, {withZero.Get(), L"ab"}, {nullptr, L""}};
     for (const auto& [url, shown] : cases) {
+        LONG code = -1;
         ASSERT_EQ(S_OK, control->ShowURL(url, nullptr, &code));
         EXPECT_EQ(5, code);
         EXPECT_EQ(ErrorPage(shown), Calls().back());
@@ -56,28 +54,11 @@ TEST_F(InternalPages, AFailingShowURLShowsTheErrorPageAfterTheZoomWithTheUrlAsIt
 
 TEST_F(InternalPages, AShowDataWithoutItsDataShowsTheBlankPageAfterTheZoom)
 {
-    Connect(2);
-    ClearLines();
-    LONG code = -1;
-    ASSERT_EQ(S_OK, control->ShowData(Bstr(L"tovq5:missing").Get(), nullptr, 0, &code));
-    EXPECT_EQ(5, code);
-    EXPECT_EQ((std::vector<std::wstring>{ZoomCall(), L"Navigate(about:blank, <null>, <null>, <null>, <null>)"}),
-              LastTwo(Calls()));
+    EXPECT_EQ(5, ShowData(L"tovq5:missing", nullptr, 0));
+    EXPECT_EQ((std::vector<std::wstring>{ZoomCall(), kBlank}), LastTwo(Calls()));
     EXPECT_EQ((std::vector<std::string>{"==> ShowBlankPageOnAccessDenied", "Access denied while creating file", "ShowData",
                                         "tovq5:missing"}),
               From(Lines(), "==> ShowBlankPageOnAccessDenied", 4));
-}
-
-TEST_F(InternalPages, AreNotReportedAsCompletedPagesUntilTheNextNavigation)
-{
-    Advise();
-    LONG code = -1;
-    browser->FailCall(L"Navigate(abc, I4:0, BSTR:<null>, <null>, <null>)", E_FAIL);
-    control->ShowURL(Bstr(L"abc").Get(), nullptr, &code);
-    EXPECT_EQ(0u, CompletionsReported(L"about:TOVHTML_E_CALL_METHOD_FAILED: ShowUrl(\"abc\")"));
-    control->ShowData(Bstr(L"tovq5:missing").Get(), nullptr, 0, &code);
-    EXPECT_EQ(0u, CompletionsReported(L"about:blank"));
-    control->ShowURL(Bstr(L"https://example.invalid/b").Get(), nullptr, &code);
-    EXPECT_EQ(1u, CompletionsReported(L"https://example.invalid/b"));
-    browser->ClearFailures();
+    EXPECT_TRUE(HasLine("GetDataSubtype: GetDataSubtype() failed"));
+    EXPECT_TRUE(HasLine("ShowData: m_pWebBrowser->Navigate() failed"));
 }

@@ -1,11 +1,14 @@
 // The control's outgoing events as the Do methods fire them: every sink in slot order, arguments in
-// declaration order, the user's default locale, unconditionally, and safely when handlers unadvise.
+// declaration order, the user's default locale, unconditionally. Front-end handlers run inside them (and
+// inside the browser's BeforeNavigate) and may unadvise, call back into the control, swap its post-data
+// object, fire further events or let go of the control.
 #include "support/back_channel_fixture.h"
 
 using tovtest::FiredEvent;
 using tovtest::RecordingEventSink;
 
 using OutgoingEvents = tovtest::BackChannelFixture;
+using BackChannelReentrancy = tovtest::BackChannelFixture;
 
 TEST_F(OutgoingEvents, EveryEventReachesEverySinkInSlotOrderPastAFailingOne)
 {
@@ -32,7 +35,7 @@ TEST_F(OutgoingEvents, EveryEventReachesEverySinkInSlotOrderPastAFailingOne)
     Unadvise(secondCookie);
 }
 
-TEST_F(OutgoingEvents, HandlerMayUnadviseALaterSinkOrDropEveryReferenceToTheControl)
+TEST_F(OutgoingEvents, HandlerMayUnadviseALaterSink)
 {
     RecordingEventSink second, third;
     const DWORD secondCookie = Advise(second);
@@ -42,15 +45,85 @@ TEST_F(OutgoingEvents, HandlerMayUnadviseALaterSinkOrDropEveryReferenceToTheCont
     EXPECT_EQ(1u, second.events.size());
     EXPECT_TRUE(third.events.empty()) << "an unadvised slot is skipped";
     Unadvise(secondCookie);
+}
 
-    ITOVHTMLControl* raw = control.Get();
+TEST_F(BackChannelReentrancy, HandlerShowsTheNextPage)
+{
+    LONG code = -1;
+    sink.onEvent = [&](const FiredEvent& e) {
+        if (e.id != 1) return;
+        tov::Bstr next(L"http://app/next.htm");
+        control->ShowURL(next.Get(), nullptr, &code);
+    };
+    browser->Log().Clear();
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Next").cancel);
+    EXPECT_EQ(0, code);
+    EXPECT_EQ(1u, browser->Log().Count(L"Navigate"));
+    // The page the front end showed then completes and is reported.
+    browser->LoadPage(L"http://app/next.htm");
+    EXPECT_EQ(std::vector<std::wstring>{L"http://app/next.htm"}, NavigateCompleteUrls());
+}
+
+TEST_F(BackChannelReentrancy, HandlerReplacesThePostDataObject)
+{
+    auto* first = GivePostDataProvider();
+    first->AddRef(); // the test reads it after the control let it go
+    tovfe::DataProviderStandIn* second = nullptr;
     sink.onEvent = [&](const FiredEvent&) {
-        Unadvise(cookie);
-        cookie = 0;
-        control->put_PostData(nullptr);
+        if (!second) second = GivePostDataProvider();
+    };
+    browser->SubmitForm(L"TOVEVENT:Save", "a=1");
+    EXPECT_EQ("a=1", Stored(first)) << "the event's data went to the object set when it arrived";
+    ASSERT_NE(nullptr, second);
+    EXPECT_EQ("<nothing>", Stored(second));
+    browser->SubmitForm(L"TOVEVENT:Save", "b=2");
+    EXPECT_EQ("b=2", Stored(second));
+    EXPECT_EQ("a=1", Stored(first));
+    first->Release();
+}
+
+TEST_F(BackChannelReentrancy, HandlerFiresAnEventOfItsOwn)
+{
+    sink.onEvent = [&](const FiredEvent& e) {
+        if (sink.events.size() > 1) return;
+        tov::Bstr u(L"TOVEVENT:Inner");
+        control->DoTOVEVENT(nullptr, 5, u.Get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    };
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Outer").cancel);
+    ASSERT_EQ(2u, sink.events.size());
+    EXPECT_EQ(L"TOVEVENT:Outer", sink.events[0].args[2]);
+    EXPECT_EQ(L"TOVEVENT:Inner", sink.events[1].args[2]);
+}
+
+TEST_F(BackChannelReentrancy, HandlerReleasesItsReferenceToTheControl)
+{
+    auto* provider = GivePostDataProvider();
+    sink.onEvent = [&](const FiredEvent&) { control.Reset(); };
+    ITOVHTMLControl* raw = control.Get();
+    raw->AddRef(); // stands for the container's own reference
+    const auto outcome = browser->SubmitForm(L"TOVEVENT:Bye", "x=%41");
+    EXPECT_EQ(1, outcome.cancel);
+    EXPECT_EQ("x=A", Stored(provider));
+    control.Attach(raw);
+
+    // The window closes on a click and the front end lets go of its last reference. The browser holds
+    // the control's sink until it has called its other listeners, so the control's memory must stay.
+    RecordingEventSink later;
+    later.iid = DIID_DWebBrowserEvents;
+    HRESULT unloadable = S_OK;
+    later.onEvent = [&](const FiredEvent&) { unloadable = ocx.CanUnloadNow(); };
+    tov::ComPtr<IConnectionPointContainer> points;
+    tov::ComPtr<IConnectionPoint> pagePoint;
+    DWORD laterCookie = 0;
+    browser->QueryInterface(IID_IConnectionPointContainer, points.PutVoid());
+    ASSERT_EQ(S_OK, points->FindConnectionPoint(DIID_DWebBrowserEvents, pagePoint.Put()));
+    ASSERT_EQ(S_OK, pagePoint->Advise(&later, &laterCookie));
+    sink.onEvent = [&](const FiredEvent&) {
         host.Destroy();
         control.Reset();
     };
-    EXPECT_EQ(S_OK, raw->DoContextMenuRequest(1, 2));
-    EXPECT_FALSE(control);
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Close").cancel);
+    EXPECT_EQ(S_FALSE, unloadable) << "the control was freed while the browser still held its sink";
+    EXPECT_EQ(S_OK, ocx.CanUnloadNow()) << "the control is gone";
+    pagePoint->Unadvise(laterCookie);
 }

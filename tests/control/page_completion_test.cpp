@@ -8,9 +8,7 @@ protected:
     // The front end shows a page of its own: the page is no longer an internal one.
     void ShowPage()
     {
-        LONG code = -1;
-        control->ShowURL(tov::Bstr(L"http://app/page.htm").Get(), nullptr, &code);
-        ASSERT_EQ(0, code);
+        ASSERT_EQ(0, ShowURL(L"http://app/page.htm"));
         Connect(2);
         ClearLines();
     }
@@ -37,6 +35,19 @@ TEST_F(PageCompletion, PageWithTwoFramesGivesThreeMarkedNavigateCompletes)
     EXPECT_EQ(1, DocumentComplete());
 }
 
+TEST_F(PageCompletion, InternalPagesAreNotReportedUntilTheNextNavigation)
+{
+    browser->FailCall(L"Navigate(abc, I4:0, BSTR:<null>, <null>, <null>)", E_FAIL);
+    ShowURL(L"abc");
+    browser->CompleteTopNavigation(L"about:TOVHTML_E_CALL_METHOD_FAILED: ShowUrl(\"abc\")");
+    ShowData(L"tovq5:missing", nullptr, 0);
+    browser->CompleteTopNavigation(L"about:blank");
+    EXPECT_TRUE(NavigateCompleteUrls().empty()) << "the error page and the blank page";
+    ShowURL(L"https://example.invalid/b");
+    browser->CompleteTopNavigation(L"https://example.invalid/b");
+    EXPECT_EQ(std::vector<std::wstring>{L"https://example.invalid/b"}, NavigateCompleteUrls());
+}
+
 TEST_F(PageCompletion, TheMarkerIsAJavaScriptLineSettingTheControlsVariable)
 {
     auto document = tovfe::ScriptedDocument::Create();
@@ -46,8 +57,7 @@ TEST_F(PageCompletion, TheMarkerIsAJavaScriptLineSettingTheControlsVariable)
     ASSERT_EQ(1u, document->Page().scripts.size());
     EXPECT_EQ(L"tovHtmlControl  = \"TRUE\"", document->Page().scripts[0].text);
     EXPECT_EQ(L"JavaScript", document->Page().scripts[0].language);
-    const auto lines = Lines();
-    EXPECT_NE(lines.end(), std::find(lines.begin(), lines.end(), "Encoding of HTML page: utf-8")) << "the charset trace";
+    EXPECT_TRUE(HasLine("Encoding of HTML page: utf-8")) << "the charset trace";
 }
 
 TEST_F(PageCompletion, DocumentCompleteStaysFalseWhileOnlyFramesCompleted)
@@ -77,7 +87,7 @@ TEST_F(PageCompletion, HeldOrNotReadyFrontEndHearsNothingButPagesAreMarked)
         EXPECT_TRUE(NavigateCompleteUrls().empty());
         EXPECT_EQ(2u, MarkerRuns());
     }
-    EXPECT_EQ(0, SendMessageW(ControlHwnd(), RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT"), 0, 0)) << "a null record";
+    EXPECT_EQ(0, SendMessageW(Window(), RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT"), 0, 0)) << "a null record";
     SetReady(true);
     browser->CompleteTopNavigation(L"http://app/page.htm");
     EXPECT_EQ(1u, NavigateCompleteUrls().size());

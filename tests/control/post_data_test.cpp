@@ -16,21 +16,16 @@ protected:
     LONG Length() { return Property(&ITOVHTMLControl::get_PostDataLength); }
 };
 
-TEST_F(PostData, EndToEndForEveryUnescapingRule)
+// The unescaping rules themselves: tests/native/unescape_test.cpp; here their path from the browser's event to
+// the store, with the front end's flag and code page.
+TEST_F(PostData, UnescapedStoredAndMeasuredEndToEnd)
 {
     const struct {
         std::string body, stored;
         LONG uiFlag;
     } cases[] = {
         {"f1=%26%2365%3Bx", "f1=Ax", 0},
-        {"f1=&#66;", "f1=&#66;", 0},
-        {"f1=+&#66;", "f1= B", 0},
-        {"&#66;x", "Bx", 0},
-        {"&#65;b%3Bc", "Ac", 0},
-        {"%26%2365%3B%26%2366%3B", "AB", 0},
-        {"a=%25", "a=%", 0},
         {"a=%25&b=%41", "a=%25&b=A", 0x400000},
-        {"a=%4", "a=", 0},
         {"name=M%FCller&city=K%F6ln%3F&sum=1%2B1%3D2", "name=M\xFCller&city=K\xF6ln%3F&sum=1+1%3D2", 0},
         {std::string("a=1\0b=%41\0", 10), std::string("a=1\0b=A\0", 8), 0},
         {"", "", 0},
@@ -90,14 +85,7 @@ TEST_F(PostData, ModifiedIsReportedOnceWhileRecordingScripts)
 TEST_F(PostData, BadInputIsSurvived)
 {
     auto* provider = GivePostDataProvider();
-    tov::Variant text, twoDims;
-    text.vt = VT_BSTR;
-    text.bstrVal = SysAllocString(L"a=1");
-    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
-    twoDims.vt = VT_ARRAY | VT_UI1;
-    twoDims.parray = SafeArrayCreate(VT_UI1, 2, bounds);
-    VARIANT nullArray{}, lying{}; // borrowed shapes that own nothing
-    nullArray.vt = VT_ARRAY | VT_UI1;
+    VARIANT lying{}; // a borrowed shape that owns nothing
     char small[4] = {'a', '=', '1', 0};
     SAFEARRAY claimsTooMuch{};
     claimsTooMuch.cDims = 1;
@@ -106,19 +94,16 @@ TEST_F(PostData, BadInputIsSurvived)
     claimsTooMuch.rgsabound[0].cElements = 0x40000000; // 16 GiB
     lying.vt = VT_ARRAY | VT_UI1;
     lying.parray = &claimsTooMuch;
-    for (VARIANT* shape : {&nullArray, &lying, text.Ptr(), twoDims.Ptr()}) {
-        control->put_PostDataLength(5);
-        EXPECT_EQ(1, SubmitDirect(shape));
-        EXPECT_EQ(0, Length());
-        EXPECT_EQ("", Stored(provider));
-    }
+    control->put_PostDataLength(5);
+    EXPECT_EQ(1, SubmitDirect(&lying));
+    EXPECT_EQ(0, Length());
+    EXPECT_EQ("", Stored(provider));
     EXPECT_EQ(0, SubmitDirect(nullptr, nullptr)) << "a null URL is no event";
 
     sink.events.clear();
     const std::wstring huge = L"TOVEVENT:" + std::wstring(1u << 20, L'x');
     EXPECT_EQ(1, browser->ClickLink(huge).cancel);
     EXPECT_EQ(static_cast<LONG>(huge.size()), Property(&ITOVHTMLControl::get_URLLength));
-    EXPECT_EQ(huge.substr(0, 2040), JoinedUrl(BeforeNavigates().at(0)));
 
     sink.events.clear();
     EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:a\xD800b\xDC00").cancel) << "unpaired surrogates";

@@ -101,7 +101,6 @@ TEST_F(ScriptExecution, EachFailingStepIsTracedAndEndsTheRun)
         const char* trace;
     } cases[] = {
         {"get_Document fails", [&] { browser->FailCall(L"get_Document", E_FAIL); }, "get_Document() failed"},
-        {"no IHTMLDocument2", [&] { Page().withoutDocument2 = true; }, "CComQIPtr<IHTMLDocument2...> failed"},
         {"no window", [&] { Page().nullWindow = true; }, "CComPtr<IHTMLWindow2> failed"},
         {"execScript fails", [&] { document->Plan().Fail(L"execScript", DISP_E_EXCEPTION); }, "pWindow->execScript() failed"},
     };
@@ -115,7 +114,7 @@ TEST_F(ScriptExecution, EachFailingStepIsTracedAndEndsTheRun)
         EXPECT_TRUE(Page().scripts.empty());
         browser->ClearFailures();
         document->Plan().Clear();
-        Page().withoutDocument2 = Page().nullWindow = false;
+        Page().nullWindow = false;
     }
     document->Plan().Throw(L"execScript");
     EXPECT_EQ(S_OK, control->ExecuteScript()) << "an exception in the page stays in the control";

@@ -1,5 +1,6 @@
 // The four show methods with the scripted browser and the data provider stand-in: the browser calls in
-// order with their arguments, the zoom rule, temporary files, error pages and output copies.
+// order with their arguments, the zoom rule and the screen's resolution it follows (the zoom value of each
+// resolution: tests/native/browser_rules_test.cpp), temporary files, error pages and output copies.
 #include "support/import_hook.h"
 #include "support/initialized_control_fixture.h"
 #include "support/registry_helpers.h"
@@ -11,8 +12,6 @@ namespace {
 int g_dpi = 96;
 int WINAPI FakeGetDeviceCaps(HDC, int index) { return (index == LOGPIXELSX || index == LOGPIXELSY) ? g_dpi : 0; }
 
-const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
-bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 // The path a Navigate call names: "Navigate(<path>, ...".
 std::wstring NavigatedPath(const std::wstring& call) { return call.substr(9, call.find(L", ", 9) - 9); }
 
@@ -20,23 +19,7 @@ std::wstring NavigatedPath(const std::wstring& call) { return call.substr(9, cal
 
 class ShowMethods : public tovtest::InitializedControlFixture {
 protected:
-    void SetUp() override
-    {
-        InitializedControlFixture::SetUp();
-        Init(2);
-    }
-    LONG ShowData(const wchar_t* url, const wchar_t* frame, LONG local = 1)
-    {
-        LONG code = -1;
-        EXPECT_EQ(S_OK, control->ShowData(Bstr(url).Get(), Bstr(frame).Get(), local, &code));
-        return code;
-    }
-    LONG ShowURL(const wchar_t* url, const wchar_t* frame)
-    {
-        LONG code = -1;
-        EXPECT_EQ(S_OK, control->ShowURL(Bstr(url).Get(), Bstr(frame).Get(), &code));
-        return code;
-    }
+    ShowMethods() : InitializedControlFixture(2) {}
     LONG InWindow(HRESULT (STDMETHODCALLTYPE ITOVHTMLControl::*method)(BSTR, LONG*), const wchar_t* url)
     {
         LONG code = -1;
@@ -100,16 +83,10 @@ TEST_F(ShowMethods, ShowDataNavigatesHtmlWithFlagsTwelveAndOtherDataAsATemporary
     const std::wstring file = StopZoomNavigate();
     const std::wstring path = NavigatedPath(file);
     EXPECT_EQ(L"Navigate(" + path + L", <null>, BSTR:main, <null>, <null>)", file) << "other data always zoomed, no flags";
+    EXPECT_EQ(L"ExecWB(63, 0, I4:125, <null>)", BrowserCalls().at(1)) << "the zoom of the screen's resolution";
     EXPECT_TRUE(path.starts_with(tovtest::TempDir()) && path.ends_with(L"}picture.gif")) << path;
-}
 
-TEST_F(ShowMethods, ShowDataFailuresShowTheBlankPage)
-{
-    EXPECT_EQ(5, ShowData(L"missing.htm", L"main"));
-    EXPECT_TRUE(HasLine("GetDataSubtype: GetDataSubtype() failed"));
-    EXPECT_TRUE(HasLine("ShowData: m_pWebBrowser->Navigate() failed"));
-    EXPECT_EQ(kBlank, BrowserCalls().back());
-    Put(LocalPrefix() + L"page.htm", "<html></html>", L"html");
+    // (A failing ShowData: internal_pages_test.cpp.)
     browser->ThrowOn(L"Stop");
     EXPECT_EQ(1, ShowData(L"page.htm", L"main")) << "an exception inside the method";
     browser->ClearFailures();
@@ -150,15 +127,14 @@ TEST_F(ShowMethodsWithoutBrowser, CodeThreeWithTheirTextsAndAnEmptyCurrentUrl)
     ClearLines();
     EXPECT_EQ(S_OK, control->ShowDataInBrowser(url.Get(), &codes[1]));
     EXPECT_EQ((std::vector<LONG>{3, 3}), std::vector<LONG>(codes, codes + 2));
-    EXPECT_EQ((std::vector<std::string>{"=> ShowDataInBrowser", Hashes(), "=> ShowDataInBrowser", "m_pWebBrowser is invalid",
-                                        Hashes(), "<= ShowDataInBrowser"}),
-              Lines());
+    EXPECT_EQ(FailureBlock("ShowDataInBrowser", "m_pWebBrowser is invalid"), Lines());
     Bstr current(L"stale");
     EXPECT_TRUE(control->GetCurrentURL(current.Put()) == S_OK && !current.IsNull() && current.Length() == 0);
 }
 
-// With output copies switched on in the registry (read at InitControl), ShowData keeps a copy of the data it
-// failed to show too, ShowDataInBrowser one also when its window fails, ShowURL none.
+// With output copies switched on in the registry (read at InitControl), ShowData keeps a copy beside the
+// temporary files of the data it showed and of the data it failed to show, ShowDataInBrowser one also when
+// its window fails, ShowURL none; the control never deletes them.
 class ShowMethodOutputCopies : public ShowMethods {
 protected:
     static constexpr const wchar_t* kKey = L"Software\\Classes\\TOV.HTMLControl\\EnableOutputFile";
@@ -176,11 +152,17 @@ protected:
         RemoveCopies();
     }
     static std::wstring Copy(const std::wstring& url) { return tovtest::TempDir() + L"Output" + url; }
-    static void RemoveCopies() { DeleteFileW(Copy(L"failed.htm").c_str()), DeleteFileW(Copy(L"window.pdf").c_str()); }
+    static void RemoveCopies()
+    {
+        for (const wchar_t* url : {L"page.htm", L"failed.htm", L"window.pdf"}) DeleteFileW(Copy(url).c_str());
+    }
 };
 
-TEST_F(ShowMethodOutputCopies, AfterFailuresTooButNotForShowURL)
+TEST_F(ShowMethodOutputCopies, AfterFailuresTooButNotForShowURLAndTheyOutliveTheControl)
 {
+    Put(LocalPrefix() + L"page.htm", "<html>copy</html>", L"html");
+    EXPECT_EQ(0, ShowData(L"page.htm#part", nullptr));
+    EXPECT_TRUE(FileExists(Copy(L"page.htm"))) << "named without the fragment";
     Put(LocalPrefix() + L"failed.htm", "data", L"html");
     browser->FailCall(L"Navigate", E_FAIL);
     EXPECT_EQ(5, ShowData(L"failed.htm", nullptr));
@@ -195,4 +177,7 @@ TEST_F(ShowMethodOutputCopies, AfterFailuresTooButNotForShowURL)
     calls.clear();
     EXPECT_EQ(0, ShowURL(L"tovq5:/a/page.htm", nullptr));
     for (const auto& call : calls) EXPECT_EQ(std::wstring::npos, call.find(L"Output")) << call;
+    host.Destroy();
+    control.Reset();
+    EXPECT_TRUE(FileExists(Copy(L"page.htm")) && FileExists(Copy(L"failed.htm")));
 }

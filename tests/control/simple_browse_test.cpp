@@ -22,17 +22,11 @@ std::vector<HWND> SimpleBrowseWindows()
     return found;
 }
 
-const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
-
 } // namespace
 
 class SimpleBrowse : public tovtest::InitializedControlFixture {
 protected:
-    void SetUp() override
-    {
-        InitializedControlFixture::SetUp();
-        Init(2);
-    }
+    SimpleBrowse() : InitializedControlFixture(2) {}
     void TearDown() override
     {
         InitializedControlFixture::TearDown();
@@ -58,12 +52,6 @@ protected:
             if (std::find(before.begin(), before.end(), dialog) == before.end()) return dialog;
         return nullptr;
     }
-    size_t LinesNaming(const std::string& text) const
-    {
-        size_t n = 0;
-        for (const auto& line : Lines()) n += line.find(text) != std::string::npos;
-        return n;
-    }
 };
 
 // Off, the new window is the browser's; on, the dialog's hosted browser is handed out.
@@ -83,9 +71,7 @@ TEST_F(SimpleBrowse, OnOpensTheDialogFromTheTemplateAndHandsOutItsBrowser)
     const HWND dialog = dialogs[0];
     EXPECT_TRUE(IsWindowVisible(dialog));
     EXPECT_TRUE(GetWindowLongW(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST);
-    HWND own = nullptr;
-    tov::QueryAs<IOleWindow>(control.Get(), IID_IOleWindow)->GetWindow(&own);
-    EXPECT_EQ(GetAncestor(own, GA_ROOT), GetWindow(dialog, GW_OWNER)) << "owned by the control's window";
+    EXPECT_EQ(GetAncestor(Window(), GA_ROOT), GetWindow(dialog, GW_OWNER)) << "owned by the control's window";
     EXPECT_TRUE(GetDlgItem(dialog, IDOK) && GetDlgItem(dialog, IDCANCEL) && GetDlgItem(dialog, 202)) << "made from the template";
     // The hosted browser is a WebBrowser made for the dialog; its application is the new window.
     tovfe::ScriptedBrowser* hosted = browsers.Last();
@@ -132,7 +118,7 @@ TEST_F(SimpleBrowse, TheUserClosingADialogLeavesCloseDocumentToTheOwnPage)
     ClearLines();
     browser->OwnLog().Clear();
     EXPECT_EQ(S_OK, control->CloseDocument());
-    EXPECT_EQ(1u, LinesNaming("CloseSimpleBrowseWindow: Simple Browse Window not closed successfully"));
+    EXPECT_EQ(1u, LinesWith("CloseSimpleBrowseWindow: Simple Browse Window not closed successfully"));
     EXPECT_EQ(std::vector<std::wstring>{kBlank}, BrowserCalls());
 }
 
@@ -144,7 +130,7 @@ TEST_F(SimpleBrowse, AnExceptionInsideTheHandlerIsTraced)
     browsers.ThrowOnNext(L"get_Application");
     EXPECT_TRUE(FAILED(NewWindow(window, cancel)));
     browsers.ClearFailurePlan();
-    EXPECT_EQ(2u, LinesNaming("Exception raised in NewWindow2 method ."));
+    EXPECT_EQ(2u, LinesWith("Exception raised in NewWindow2 method ."));
     EXPECT_FALSE(window);
     EXPECT_EQ(VARIANT_FALSE, cancel);
 }

@@ -4,31 +4,19 @@
 #include <olectl.h>
 #include <string>
 #include <vector>
-#include "support/atl_host.h"
-#include "support/control_fixture.h"
-#include "support/event_sink.h"
+#include "support/initialized_control_fixture.h"
 #include "frontend/data_provider_standin.h"
 #include "frontend/gui_service_standin.h"
-#include "frontend/scripted_browser.h"
-#include "framework/bstr.h"
 
 namespace tovtest {
 
-class BackChannelFixture : public ControlFixture {
+class BackChannelFixture : public InitializedControlFixture {
 protected:
     void SetUp() override
     {
-        ControlFixture::SetUp();
-        tovfe::DataStore::Instance().Clear();
+        InitializedControlFixture::SetUp();
         services = tovfe::AddGUIServices(*container.Get(), 1252, L"EN");
-        Connect(0);
-        ASSERT_EQ(S_OK, browsers.Register());
-        ASSERT_EQ(S_OK, host.Attach(control.Get()));
-        LONG code = -1;
-        ASSERT_EQ(S_OK, control->InitControl(&code));
-        ASSERT_EQ(0, code);
-        browser = browsers.Last();
-        ASSERT_NE(nullptr, browser);
+        Init(0);
         cookie = Advise(sink);
         ASSERT_NE(0u, cookie);
     }
@@ -38,51 +26,16 @@ protected:
             if (cookie) Unadvise(cookie);
             control->put_PostData(nullptr);
         }
-        host.Destroy();
-        ControlFixture::TearDown();
-        browsers.Revoke();
-        tovfe::DataStore::Instance().Clear();
+        InitializedControlFixture::TearDown();
     }
 
-    tov::ComPtr<IConnectionPoint> EventsPoint()
-    {
-        if (!control) return nullptr;
-        tov::ComPtr<IConnectionPointContainer> cpc;
-        tov::ComPtr<IConnectionPoint> point;
-        if (SUCCEEDED(control->QueryInterface(IID_IConnectionPointContainer, cpc.PutVoid())))
-            cpc->FindConnectionPoint(DIID__TOVHTMLControlEvents, point.Put());
-        return point;
-    }
-    DWORD Advise(RecordingEventSink& s)
-    {
-        DWORD c = 0;
-        if (auto point = EventsPoint()) point->Advise(&s, &c);
-        return c;
-    }
-    void Unadvise(DWORD c)
-    {
-        if (auto point = EventsPoint()) point->Unadvise(c);
-    }
-
-    HWND ControlHwnd()
-    {
-        tov::ComPtr<IOleWindow> window;
-        HWND hwnd = nullptr;
-        if (SUCCEEDED(control->QueryInterface(IID_IOleWindow, window.PutVoid()))) window->GetWindow(&hwnd);
-        return hwnd;
-    }
     // The front end's readiness message with its two indicators.
     void SetReady(bool ready, bool hold = false)
     {
         LONG record[10] = {};
         record[6] = ready ? 1 : 0; // offset 24
         record[8] = hold ? 1 : 0;  // offset 32
-        SendMessageW(ControlHwnd(), RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT"), 0, reinterpret_cast<LPARAM>(record));
-    }
-    void SetNavigationStyle(const wchar_t* style)
-    {
-        tov::Bstr s(style);
-        control->put_NavigationStyle(s.Get());
+        SendMessageW(Window(), RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT"), 0, reinterpret_cast<LPARAM>(record));
     }
     // A data provider object as the front end puts it into PostData.
     tovfe::DataProviderStandIn* GivePostDataProvider()
@@ -96,18 +49,6 @@ protected:
     {
         auto it = provider->posted.find(L"TOVEVENT:|PostData");
         return it == provider->posted.end() ? std::string("<nothing>") : it->second;
-    }
-    LONG Property(HRESULT (STDMETHODCALLTYPE ITOVHTMLControl::*get)(LONG*))
-    {
-        LONG value = -12345;
-        (control.Get()->*get)(&value);
-        return value;
-    }
-    std::wstring Property(HRESULT (STDMETHODCALLTYPE ITOVHTMLControl::*get)(BSTR*))
-    {
-        tov::Bstr value;
-        (control.Get()->*get)(value.Put());
-        return value.IsNull() ? L"<null>" : std::wstring(value.View());
     }
     // The BeforeNavigate events the front end received.
     std::vector<FiredEvent> BeforeNavigates() const
@@ -132,15 +73,7 @@ protected:
             if (e.args[i] != L"<null>") url += e.args[i];
         return url;
     }
-    static std::vector<std::wstring> Pieces(const FiredEvent& e)
-    {
-        return std::vector<std::wstring>(e.args.begin() + 2, e.args.end());
-    }
 
-    tovfe::ScriptedBrowserClass browsers;
-    tovfe::DataProviderRegistration providerClass;
-    AtlHost host;
-    tovfe::ScriptedBrowser* browser = nullptr;
     tovfe::GUIServices services;
     RecordingEventSink sink;
     DWORD cookie = 0;

@@ -13,7 +13,6 @@ public:
     ImportHook& operator=(const ImportHook&) = delete;
 
     bool Installed() const { return m_slot != nullptr; }
-    void* Original() const { return m_original; }
 
 private:
     void** m_slot = nullptr;

@@ -1,6 +1,6 @@
 #pragma once
-// A control initialised in a real container, with the scripted browser as the WebBrowser class, the browser
-// application class and the data provider stand-in registered in this process.
+// A control in a real container, with the scripted browser as the WebBrowser class, the browser application
+// class and the data provider stand-in registered in this process; Init() runs InitControl.
 #include <algorithm>
 #include "support/atl_host.h"
 #include "support/control_fixture.h"
@@ -13,6 +13,8 @@ namespace tovtest {
 
 class InitializedControlFixture : public ControlFixture {
 protected:
+    // With a level, SetUp runs Init at it.
+    explicit InitializedControlFixture(int initLevel = -1) : m_initLevel(initLevel) {}
     void SetUp() override
     {
         ControlFixture::SetUp();
@@ -20,6 +22,7 @@ protected:
         ASSERT_EQ(S_OK, browsers.Register());
         ASSERT_EQ(S_OK, applications.Register());
         ASSERT_EQ(S_OK, host.Attach(control.Get()));
+        if (m_initLevel >= 0) Init(m_initLevel);
     }
     void TearDown() override
     {
@@ -28,18 +31,41 @@ protected:
         tovfe::DataStore::Instance().Clear();
     }
 
-    // InitControl with the trace at `level`; afterwards the logs and trace lines are empty.
-    void Init(ULONG level = 2)
+    // InitControl, connected with the trace at `level` first unless it is negative; afterwards the logs
+    // and trace lines are empty.
+    void Init(int level = 2)
     {
-        Connect(level);
+        if (level >= 0) Connect(level);
         LONG code = -1;
-        control->InitControl(&code);
+        ASSERT_EQ(S_OK, control->InitControl(&code));
         ASSERT_EQ(0, code);
         browser = browsers.Last();
         ASSERT_NE(nullptr, browser);
+        browser->Log().Clear();
         browser->OwnLog().Clear();
         ClearLines();
     }
+    // The show methods; their pRetCode.
+    LONG ShowURL(const wchar_t* url, const wchar_t* frame = nullptr)
+    {
+        LONG code = -1;
+        EXPECT_EQ(S_OK, control->ShowURL(tov::Bstr(url).Get(), tov::Bstr(frame).Get(), &code));
+        return code;
+    }
+    LONG ShowData(const wchar_t* url, const wchar_t* frame = nullptr, LONG local = 1)
+    {
+        LONG code = -1;
+        EXPECT_EQ(S_OK, control->ShowData(tov::Bstr(url).Get(), tov::Bstr(frame).Get(), local, &code));
+        return code;
+    }
+    LONG InBrowser(const std::wstring& url)
+    {
+        LONG code = -1;
+        EXPECT_EQ(S_OK, control->ShowURLInBrowser(tov::Bstr(url).Get(), &code));
+        return code;
+    }
+    // The internal blank page as the browser records its navigation.
+    static inline const std::wstring kBlank = L"Navigate(about:blank, <null>, <null>, <null>, <null>)";
     // The calls the control's own browser received, without interface queries.
     std::vector<std::wstring> BrowserCalls() const { return WithoutQueries(browser->OwnLog()); }
     static std::vector<std::wstring> WithoutQueries(const tovfe::CallLog& log)
@@ -50,23 +76,16 @@ protected:
                     calls.end());
         return calls;
     }
-    std::wstring LocalPrefix() const
-    {
-        tov::Bstr prefix;
-        control->get_URLPrefixLocal(prefix.Put());
-        return std::wstring(prefix.View());
-    }
-    bool HasLine(const std::string& line) const
-    {
-        const auto lines = Lines();
-        return std::find(lines.begin(), lines.end(), line) != lines.end();
-    }
+    std::wstring LocalPrefix() const { return Property(&ITOVHTMLControl::get_URLPrefixLocal); }
 
     tovfe::DataProviderRegistration provider;
     tovfe::ScriptedBrowserClass browsers;
     tovfe::BrowserApplicationClass applications;
     AtlHost host;
     tovfe::ScriptedBrowser* browser = nullptr;
+
+private:
+    int m_initLevel;
 };
 
 } // namespace tovtest

@@ -3,15 +3,12 @@
 
 namespace tovtest {
 
-std::wstring ExeDir()
+std::wstring OcxPath()
 {
     wchar_t path[MAX_PATH * 4];
-    DWORD n = GetModuleFileNameW(nullptr, path, MAX_PATH * 4);
-    std::wstring s(path, n);
-    return s.substr(0, s.find_last_of(L"\\/"));
+    const std::wstring exe(path, GetModuleFileNameW(nullptr, path, MAX_PATH * 4));
+    return exe.substr(0, exe.find_last_of(L"\\/")) + L"\\TOVHTML.OCX";
 }
-
-std::wstring OcxPath() { return ExeDir() + L"\\TOVHTML.OCX"; }
 
 std::wstring TempDir()
 {

@@ -7,7 +7,6 @@
 
 namespace tovtest {
 
-std::wstring ExeDir();
 std::wstring OcxPath();
 std::wstring TempDir();
 

@@ -1,37 +1,27 @@
 #pragma once
 // A control in a real container with its scripted browser initialised, the browser showing a scripted
 // document, and the front end connected with its GUI services (code page 1252 unless a test changes it).
-#include "support/atl_host.h"
-#include "support/control_fixture.h"
+#include "support/initialized_control_fixture.h"
 #include "frontend/gui_service_standin.h"
-#include "frontend/scripted_browser.h"
 #include "frontend/scripted_document.h"
 
 namespace tovtest {
 
-class PageFixture : public ControlFixture {
+class PageFixture : public InitializedControlFixture {
 protected:
     void SetUp() override
     {
-        ControlFixture::SetUp();
+        InitializedControlFixture::SetUp();
         services = tovfe::AddGUIServices(*container.Get(), 1252);
-        Connect(0);
-        ASSERT_EQ(S_OK, browsers.Register());
-        ASSERT_EQ(S_OK, host.Attach(control.Get()));
-        LONG code = -1;
-        control->InitControl(&code);
-        ASSERT_EQ(0, code);
-        browser = browsers.Last();
-        ASSERT_NE(nullptr, browser);
+        Init(0);
         document = tovfe::ScriptedDocument::Create();
         browser->SetDocument(document->AsDispatch());
-        browser->Log().Clear();
     }
     void TearDown() override
     {
         host.Destroy();
         if (browser) browser->SetDocument(nullptr);
-        ControlFixture::TearDown();
+        InitializedControlFixture::TearDown();
     }
 
     tovfe::ScriptedPage& Page() { return document->Page(); }
@@ -45,9 +35,6 @@ protected:
     }
 
     tovfe::GUIServices services;
-    tovfe::ScriptedBrowserClass browsers;
-    AtlHost host;
-    tovfe::ScriptedBrowser* browser = nullptr;
     tov::ComPtr<tovfe::ScriptedDocument> document;
 };
 

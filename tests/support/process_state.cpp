@@ -1,19 +1,7 @@
 #include "support/process_state.h"
-#include <tlhelp32.h>
 #include "framework/com_ptr.h"
 
 namespace tovtest {
-
-int ThreadCount()
-{
-    HANDLE snap = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 te{sizeof(te)};
-    int n = 0;
-    for (BOOL ok = Thread32First(snap, &te); ok; ok = Thread32Next(snap, &te))
-        if (te.th32OwnerProcessID == GetCurrentProcessId()) ++n;
-    CloseHandle(snap);
-    return n;
-}
 
 int ThreadWindowCount()
 {

@@ -9,7 +9,6 @@
 
 namespace tovtest {
 
-int ThreadCount();
 // Top-level windows of this thread and all their descendants.
 int ThreadWindowCount();
 using tovfe::TempFolderFiles;

@@ -1,6 +1,6 @@
 // Icon-font requests: the reply to an XML request read with the platform's parser, the descriptions from
 // the front end's icon-font service, the failure answers and their trace texts, and bad requests.
-// (Late-bound calls and a control without a front end: tests/integration/load_icon_font.vbs.)
+// (Late-bound calls and a control without a front end: tests/integration/create_by_progid.vbs.)
 #include <windows.h>
 #include <algorithm>
 #include <msxml2.h>

@@ -1,0 +1,343 @@
+#include "engine/devtools_connection.h"
+#include <ws2tcpip.h>
+#include "framework/hresult_error.h"
+
+namespace tovengine {
+namespace {
+
+constexpr UINT kDeliverMessage = WM_APP + 0x2A;
+const wchar_t kWindowClass[] = L"TOVEngineDevToolsPump";
+
+HMODULE ThisModule()
+{
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCWSTR>(&ThisModule), &module);
+    return module;
+}
+
+struct WinsockUser {
+    WinsockUser()
+    {
+        WSADATA data;
+        ok = WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    }
+    ~WinsockUser()
+    {
+        if (ok) WSACleanup();
+    }
+    bool ok = false;
+};
+
+WinsockUser& Winsock()
+{
+    static WinsockUser user;
+    return user;
+}
+
+bool SendAll(SOCKET s, const std::string& bytes)
+{
+    size_t sent = 0;
+    while (sent < bytes.size()) {
+        const int chunk = static_cast<int>(std::min<size_t>(bytes.size() - sent, 1 << 20));
+        const int n = send(s, bytes.data() + sent, chunk, 0);
+        if (n <= 0) return false;
+        sent += static_cast<size_t>(n);
+    }
+    return true;
+}
+
+uint32_t RandomMask()
+{
+    LARGE_INTEGER t;
+    QueryPerformanceCounter(&t);
+    return static_cast<uint32_t>(t.QuadPart * 2654435761u) ^ GetCurrentThreadId();
+}
+
+} // namespace
+
+std::shared_ptr<DevToolsConnection> DevToolsConnection::Open(uint16_t port, const std::string& path, DWORD timeoutMs)
+{
+    if (!Winsock().ok) tov::Throw(HRESULT_FROM_WIN32(WSASYSNOTREADY));
+    std::shared_ptr<DevToolsConnection> c(new DevToolsConnection());
+    c->m_socket = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    if (c->m_socket == INVALID_SOCKET) tov::Throw(HRESULT_FROM_WIN32(WSAGetLastError()));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (connect(c->m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+        tov::Throw(HRESULT_FROM_WIN32(WSAGetLastError()));
+    const BOOL noDelay = TRUE;
+    setsockopt(c->m_socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&noDelay), sizeof noDelay);
+
+    // The opening handshake, bounded in time; the reader thread reads without a limit afterwards.
+    DWORD timeout = timeoutMs;
+    setsockopt(c->m_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&timeout), sizeof timeout);
+    if (!SendAll(c->m_socket, ws::HandshakeRequest("127.0.0.1", port, path, "dG92ZW5naW5lLWtleS0xMjM=")))
+        tov::Throw(HRESULT_FROM_WIN32(WSAGetLastError()));
+    std::string response;
+    char buffer[4096];
+    size_t headerLength = 0;
+    bool accepted = false;
+    while ((headerLength = ws::HandshakeResponseLength(response, accepted)) == 0) {
+        const int n = recv(c->m_socket, buffer, sizeof buffer, 0);
+        if (n <= 0 || response.size() > 65536) tov::Throw(HRESULT_FROM_WIN32(ERROR_CONNECTION_REFUSED));
+        response.append(buffer, static_cast<size_t>(n));
+    }
+    if (!accepted) tov::Throw(HRESULT_FROM_WIN32(ERROR_CONNECTION_REFUSED));
+    c->m_frames.Feed(std::string_view(response).substr(headerLength));
+    timeout = 0;
+    setsockopt(c->m_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&timeout), sizeof timeout);
+
+    WNDCLASSW wc{};
+    wc.lpfnWndProc = WindowProc;
+    wc.hInstance = ThisModule();
+    wc.lpszClassName = kWindowClass;
+    RegisterClassW(&wc); // fails harmlessly when already registered
+    c->m_window = CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, wc.hInstance, nullptr);
+    if (!c->m_window) tov::Throw(HRESULT_FROM_WIN32(GetLastError()));
+    SetWindowLongPtrW(c->m_window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(c.get()));
+    c->m_ownerThread = GetCurrentThreadId();
+    c->m_alive = true;
+    c->m_reader = std::thread([raw = c.get()] { raw->ReaderLoop(); });
+    return c;
+}
+
+DevToolsConnection::~DevToolsConnection()
+{
+    Close();
+    if (m_window) {
+        SetWindowLongPtrW(m_window, GWLP_USERDATA, 0);
+        DestroyWindow(m_window);
+    }
+}
+
+void DevToolsConnection::Close()
+{
+    if (m_socket != INVALID_SOCKET) shutdown(m_socket, SD_BOTH);
+    if (m_reader.joinable()) m_reader.join();
+    if (m_socket != INVALID_SOCKET) {
+        closesocket(m_socket);
+        m_socket = INVALID_SOCKET;
+    }
+    Fail();
+}
+
+bool DevToolsConnection::Alive() const
+{
+    std::lock_guard<std::mutex> hold(m_lock);
+    return m_alive;
+}
+
+void DevToolsConnection::SendFrame(ws::Opcode opcode, const std::string& payload)
+{
+    std::lock_guard<std::mutex> hold(m_sendLock);
+    if (m_socket == INVALID_SOCKET || !SendAll(m_socket, ws::EncodeClientFrame(opcode, payload, RandomMask())))
+        Fail();
+}
+
+void DevToolsConnection::Send(const std::string& method, Json params, const std::string& session, Reply reply)
+{
+    long long id;
+    {
+        std::lock_guard<std::mutex> hold(m_lock);
+        if (!m_alive) {
+            if (reply) {
+                m_inbox.push_back([reply] {
+                    const Json error = {{"message", "the engine is gone"}};
+                    reply(nullptr, &error);
+                });
+                PostMessageW(m_window, kDeliverMessage, 0, 0);
+            }
+            return;
+        }
+        id = m_nextId++;
+        if (reply) m_replies.emplace(id, std::move(reply));
+    }
+    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
+    if (!session.empty()) message["sessionId"] = session;
+    SendFrame(ws::Opcode::Text, JsonText(message));
+}
+
+Json DevToolsConnection::Call(const std::string& method, Json params, const std::string& session, DWORD timeoutMs)
+{
+    auto waiter = std::make_shared<Waiter>();
+    long long id;
+    {
+        std::lock_guard<std::mutex> hold(m_lock);
+        if (!m_alive) tov::Throw(HRESULT_FROM_WIN32(ERROR_CONNECTION_ABORTED));
+        id = m_nextId++;
+        m_waiters.emplace(id, waiter);
+    }
+    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
+    if (!session.empty()) message["sessionId"] = session;
+    SendFrame(ws::Opcode::Text, JsonText(message));
+
+    std::unique_lock<std::mutex> hold(m_lock);
+    const bool answered = m_answered.wait_for(hold, std::chrono::milliseconds(timeoutMs), [&] { return waiter->done; });
+    m_waiters.erase(id);
+    if (!answered) tov::Throw(HRESULT_FROM_WIN32(ERROR_TIMEOUT));
+    if (!waiter->error.is_null()) {
+        tov::Throw(waiter->error.is_boolean() ? HRESULT_FROM_WIN32(ERROR_CONNECTION_ABORTED) : E_FAIL);
+    }
+    return std::move(waiter->result);
+}
+
+void DevToolsConnection::Subscribe(const std::string& session, EventHandler handler)
+{
+    std::lock_guard<std::mutex> hold(m_lock);
+    m_handlers[session] = std::move(handler);
+}
+
+void DevToolsConnection::Unsubscribe(const std::string& session)
+{
+    std::lock_guard<std::mutex> hold(m_lock);
+    m_handlers.erase(session);
+}
+
+int DevToolsConnection::WhenClosed(std::function<void()> handler)
+{
+    std::lock_guard<std::mutex> hold(m_lock);
+    const int token = m_nextClosedToken++;
+    m_closedHandlers.emplace(token, std::move(handler));
+    return token;
+}
+
+void DevToolsConnection::ForgetClosed(int token)
+{
+    std::lock_guard<std::mutex> hold(m_lock);
+    m_closedHandlers.erase(token);
+}
+
+void DevToolsConnection::Queue(std::function<void()> item)
+{
+    std::lock_guard<std::mutex> hold(m_lock);
+    const bool wasEmpty = m_inbox.empty();
+    m_inbox.push_back(std::move(item));
+    if (wasEmpty) PostMessageW(m_window, kDeliverMessage, 0, 0);
+}
+
+void DevToolsConnection::Fail()
+{
+    std::map<long long, Reply> replies;
+    {
+        std::lock_guard<std::mutex> hold(m_lock);
+        if (!m_alive && m_closedNotified) return;
+        m_alive = false;
+        // Waiters learn of the end through an error that is no protocol answer.
+        for (auto& [id, waiter] : m_waiters) {
+            waiter->done = true;
+            waiter->error = true;
+        }
+        replies.swap(m_replies);
+        m_closedNotified = true;
+    }
+    m_answered.notify_all();
+    const Json error = {{"message", "the engine is gone"}};
+    for (auto& [id, reply] : replies) {
+        Queue([reply = std::move(reply), error] { reply(nullptr, &error); });
+    }
+    Queue([this] {
+        std::map<int, std::function<void()>> handlers;
+        {
+            std::lock_guard<std::mutex> hold(m_lock);
+            handlers.swap(m_closedHandlers);
+        }
+        for (auto& [token, handler] : handlers) handler();
+    });
+}
+
+void DevToolsConnection::ReaderLoop()
+{
+    char buffer[65536];
+    for (;;) {
+        while (auto message = m_frames.Next()) {
+            if (message->opcode == ws::Opcode::Ping) {
+                SendFrame(ws::Opcode::Pong, message->payload);
+                continue;
+            }
+            if (message->opcode == ws::Opcode::Close) {
+                Fail();
+                return;
+            }
+            if (message->opcode != ws::Opcode::Text) continue;
+            Json value = ParseMessage(message->payload);
+            if (!value.is_object()) continue;
+            const auto idField = value.find("id");
+            if (idField != value.end() && idField->is_number_integer()) {
+                const long long id = idField->get<long long>();
+                Json result = value.contains("result") ? std::move(value["result"]) : Json::object();
+                Json error = value.contains("error") ? std::move(value["error"]) : Json();
+                std::unique_lock<std::mutex> hold(m_lock);
+                if (auto w = m_waiters.find(id); w != m_waiters.end()) {
+                    w->second->result = std::move(result);
+                    w->second->error = std::move(error);
+                    w->second->done = true;
+                    hold.unlock();
+                    m_answered.notify_all();
+                } else if (auto r = m_replies.find(id); r != m_replies.end()) {
+                    Reply reply = std::move(r->second);
+                    m_replies.erase(r);
+                    hold.unlock();
+                    Queue([reply = std::move(reply), result = std::move(result), error = std::move(error)] {
+                        if (error.is_null()) reply(&result, nullptr);
+                        else reply(nullptr, &error);
+                    });
+                }
+                continue;
+            }
+            std::string method = StringField(value, "method");
+            std::string session = StringField(value, "sessionId");
+            Json params = value.contains("params") ? std::move(value["params"]) : Json::object();
+            Queue([this, method = std::move(method), session = std::move(session), params = std::move(params)] {
+                EventHandler handler;
+                {
+                    std::lock_guard<std::mutex> hold(m_lock);
+                    const auto it = m_handlers.find(session);
+                    if (it != m_handlers.end()) handler = it->second;
+                }
+                if (handler) handler(method, params);
+            });
+        }
+        if (m_frames.Failed()) {
+            Fail();
+            return;
+        }
+        const int n = recv(m_socket, buffer, sizeof buffer, 0);
+        if (n <= 0) {
+            Fail();
+            return;
+        }
+        m_frames.Feed(std::string_view(buffer, static_cast<size_t>(n)));
+    }
+}
+
+void DevToolsConnection::Deliver()
+{
+    for (;;) {
+        std::function<void()> item;
+        {
+            std::lock_guard<std::mutex> hold(m_lock);
+            if (m_inbox.empty()) return;
+            item = std::move(m_inbox.front());
+            m_inbox.pop_front();
+        }
+        try {
+            item();
+        } catch (...) {
+            // A handler's failure must not stop the queue; the handlers trace their own.
+        }
+    }
+}
+
+LRESULT CALLBACK DevToolsConnection::WindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
+{
+    if (msg == kDeliverMessage) {
+        if (auto* c = reinterpret_cast<DevToolsConnection*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA))) c->Deliver();
+        return 0;
+    }
+    return DefWindowProcW(hwnd, msg, wParam, lParam);
+}
+
+} // namespace tovengine

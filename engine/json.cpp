@@ -1,0 +1,82 @@
+#include "engine/json.h"
+
+namespace tovengine {
+namespace {
+
+// Valid UTF-8 stays; every byte of an invalid sequence becomes U+FFFD.
+std::string RepairUtf8(std::string_view text)
+{
+    std::string out;
+    out.reserve(text.size());
+    size_t i = 0;
+    while (i < text.size()) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        size_t len = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+        bool ok = len > 0 && i + len <= text.size();
+        for (size_t k = 1; ok && k < len; ++k) ok = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+        if (ok && len == 2) ok = c >= 0xC2;
+        if (ok && len == 3) {
+            const auto c1 = static_cast<unsigned char>(text[i + 1]);
+            ok = !(c == 0xE0 && c1 < 0xA0) && !(c == 0xED && c1 >= 0xA0);
+        }
+        if (ok && len == 4) {
+            const auto c1 = static_cast<unsigned char>(text[i + 1]);
+            ok = c <= 0xF4 && !(c == 0xF0 && c1 < 0x90) && !(c == 0xF4 && c1 >= 0x90);
+        }
+        if (ok) {
+            out.append(text.substr(i, len));
+            i += len;
+        } else {
+            out += "\xEF\xBF\xBD";
+            ++i;
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+Json ParseMessage(std::string_view text)
+{
+    Json value = Json::parse(text, nullptr, false);
+    if (value.is_discarded()) value = Json::parse(RepairUtf8(text), nullptr, false);
+    return value;
+}
+
+std::string StringField(const Json& object, const char* name, std::string fallback)
+{
+    if (!object.is_object()) return fallback;
+    const auto it = object.find(name);
+    return it != object.end() && it->is_string() ? it->get<std::string>() : fallback;
+}
+
+long long IntField(const Json& object, const char* name, long long fallback)
+{
+    if (!object.is_object()) return fallback;
+    const auto it = object.find(name);
+    if (it == object.end() || !it->is_number()) return fallback;
+    return it->is_number_integer() ? it->get<long long>() : static_cast<long long>(it->get<double>());
+}
+
+bool BoolField(const Json& object, const char* name, bool fallback)
+{
+    if (!object.is_object()) return fallback;
+    const auto it = object.find(name);
+    return it != object.end() && it->is_boolean() ? it->get<bool>() : fallback;
+}
+
+double NumberField(const Json& object, const char* name, double fallback)
+{
+    if (!object.is_object()) return fallback;
+    const auto it = object.find(name);
+    return it != object.end() && it->is_number() ? it->get<double>() : fallback;
+}
+
+const Json* ObjectField(const Json& object, const char* name)
+{
+    if (!object.is_object()) return nullptr;
+    const auto it = object.find(name);
+    return it != object.end() && it->is_object() ? &*it : nullptr;
+}
+
+} // namespace tovengine

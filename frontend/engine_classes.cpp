@@ -1,0 +1,60 @@
+#include "frontend/engine_classes.h"
+#include "frontend/browser_application_class.h"
+#include "framework/com_ptr.h"
+
+namespace tovfe {
+namespace {
+
+const CLSID kWebBrowserClass = {0x8856f961, 0x340a, 0x11d0, {0xa9, 0x6b, 0x00, 0xc0, 0x4f, 0xd7, 0x05, 0xa2}};
+
+template <class F> F Entry(HMODULE module, const char* name)
+{
+    return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+} // namespace
+
+std::wstring EngineClasses::DllPath()
+{
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring dll = path;
+    dll.resize(dll.find_last_of(L"\\/") + 1);
+    return dll + L"TOVENGINE.DLL";
+}
+
+EngineClasses::~EngineClasses()
+{
+    // The module stays loaded: a browser a test leaked would otherwise run freed code at its release.
+    Revoke();
+}
+
+void EngineClasses::Revoke()
+{
+    m_browser.Revoke();
+    m_application.Revoke();
+}
+
+HRESULT EngineClasses::Register()
+{
+    if (!m_module) m_module = LoadLibraryW(DllPath().c_str());
+    if (!m_module) return HRESULT_FROM_WIN32(GetLastError());
+    using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
+    auto get = Entry<GetClassObject>(m_module, "DllGetClassObject");
+    if (!get) return E_NOINTERFACE;
+    tov::ComPtr<IUnknown> browser, application;
+    HRESULT hr = get(kWebBrowserClass, IID_IUnknown, browser.PutVoid());
+    if (SUCCEEDED(hr)) hr = get(kBrowserApplicationClass, IID_IUnknown, application.PutVoid());
+    if (SUCCEEDED(hr)) hr = m_browser.Register(kWebBrowserClass, browser.Get());
+    if (SUCCEEDED(hr)) hr = m_application.Register(kBrowserApplicationClass, application.Get());
+    return hr;
+}
+
+HRESULT EngineClasses::CanUnloadNow() const
+{
+    using CanUnload = HRESULT(WINAPI*)();
+    auto can = m_module ? Entry<CanUnload>(m_module, "DllCanUnloadNow") : nullptr;
+    return can ? can() : S_OK;
+}
+
+} // namespace tovfe

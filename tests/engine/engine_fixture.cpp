@@ -1,0 +1,137 @@
+#include "engine/engine_fixture.h"
+
+namespace tovtest {
+
+void EngineFixture::SetUp()
+{
+    ControlFixture::SetUp();
+    tovfe::DataStore::Instance().Clear();
+    ASSERT_EQ(S_OK, engine.Register()) << "TOVENGINE.DLL beside the test";
+    ASSERT_EQ(S_OK, protocol.Result());
+    ASSERT_EQ(S_OK, host.Attach(control.Get()));
+    services = tovfe::AddGUIServices(*container.Get(), 1252, L"EN");
+    Connect(2);
+    LONG code = -1;
+    ASSERT_EQ(S_OK, control->InitControl(&code));
+    ASSERT_EQ(0, code) << "InitControl with the engine's browser";
+    cookie = Advise(events);
+    ASSERT_NE(0u, cookie);
+    postData = tovfe::DataProviderStandIn::Create();
+    control->put_PostData(postData);
+    postData->Release(); // the control holds it now
+    // The blank page of InitControl has completed before a test shows anything.
+    ASSERT_TRUE(WaitFor([&] { return DocumentComplete() == 1; }));
+    events.events.clear();
+}
+
+void EngineFixture::TearDown()
+{
+    if (control) {
+        if (cookie) Unadvise(cookie);
+        control->put_PostData(nullptr);
+    }
+    host.Destroy();
+    ControlFixture::TearDown();
+    engine.Revoke();
+    EXPECT_TRUE(WaitFor([&] { return engine.CanUnloadNow() == S_OK; }, 10000)) << "every engine object is gone";
+    tovfe::DataStore::Instance().Clear();
+}
+
+bool EngineFixture::WaitFor(const std::function<bool()>& done, DWORD timeoutMs)
+{
+    const ULONGLONG deadline = GetTickCount64() + timeoutMs;
+    for (;;) {
+        if (done()) return true;
+        if (GetTickCount64() > deadline) return false;
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    }
+}
+
+void EngineFixture::Settle(DWORD ms)
+{
+    WaitFor([] { return false; }, ms);
+}
+
+void EngineFixture::PutPage(const std::wstring& name, const std::string& bytes, const std::wstring& subtype)
+{
+    const std::wstring prefix = Property(&ITOVHTMLControl::get_URLPrefixLocal);
+    tovfe::DataStore::Instance().Put(prefix + name, bytes, subtype);
+}
+
+LONG EngineFixture::ShowData(const std::wstring& name, LONG local)
+{
+    LONG code = -1;
+    EXPECT_EQ(S_OK, control->ShowData(tov::Bstr(name).Get(), nullptr, local, &code));
+    return code;
+}
+
+LONG EngineFixture::ShowURL(const std::wstring& url)
+{
+    LONG code = -1;
+    EXPECT_EQ(S_OK, control->ShowURL(tov::Bstr(url).Get(), nullptr, &code));
+    return code;
+}
+
+void EngineFixture::ShowPage(const std::wstring& name)
+{
+    events.events.clear();
+    ASSERT_EQ(0, ShowData(name));
+    ASSERT_TRUE(WaitFor([&] { return !Events(2).empty() && DocumentComplete() == 1; })) << "the page completes";
+}
+
+std::wstring EngineFixture::Html() const
+{
+    tov::Bstr html;
+    control->GetHTMLSourceContent(html.Put());
+    return std::wstring(html.View());
+}
+
+std::wstring EngineFixture::Charset() const
+{
+    tov::Bstr charset;
+    control->GetCharsetString(charset.Put());
+    return std::wstring(charset.View());
+}
+
+std::vector<FiredEvent> EngineFixture::Events(DISPID id) const
+{
+    std::vector<FiredEvent> out;
+    for (const auto& e : events.events)
+        if (e.id == id) out.push_back(e);
+    return out;
+}
+
+std::wstring EngineFixture::JoinedUrl(const FiredEvent& e)
+{
+    std::wstring url;
+    for (size_t i = 2; i < e.args.size(); ++i)
+        if (e.args[i] != L"<null>") url += e.args[i];
+    return url;
+}
+
+std::string EngineFixture::PostedData() const
+{
+    const auto it = postData->posted.find(L"TOVEVENT:|PostData");
+    return it == postData->posted.end() ? std::string("<nothing>") : it->second;
+}
+
+HWND EngineFixture::BrowserWindow() const
+{
+    return FindWindowExW(Window(), nullptr, L"TOVEngineBrowserView", nullptr);
+}
+
+void EngineFixture::Click(int x, int y, bool right) const
+{
+    const HWND view = BrowserWindow();
+    const LPARAM at = MAKELPARAM(x, y);
+    PostMessageW(view, WM_MOUSEMOVE, 0, at);
+    PostMessageW(view, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, right ? MK_RBUTTON : MK_LBUTTON, at);
+    PostMessageW(view, right ? WM_RBUTTONUP : WM_LBUTTONUP, 0, at);
+}
+
+} // namespace tovtest

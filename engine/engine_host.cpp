@@ -197,11 +197,10 @@ EngineHost::~EngineHost()
 void EngineHost::Stop() noexcept
 {
     if (m_connection) {
-        try {
-            if (m_connection->Alive()) m_connection->Call("Browser.close", Json::object(), {}, 3000);
-        } catch (...) {
-            // Closing cuts the connection; an answer may never come.
-        }
+        // The engine may close the connection before it answers: its going is the answer.
+        m_connection->Send("Browser.close", Json::object());
+        const ULONGLONG deadline = GetTickCount64() + 3000;
+        while (m_connection->Alive() && GetTickCount64() < deadline) Sleep(10);
         m_connection->Close();
     }
     if (m_stopHeartbeat) {

@@ -528,10 +528,17 @@ void Page::OnRequestPaused(const Json& params)
 void Page::ContinueDocument(const std::string& requestId, const std::string& engineUrl,
                             const PageListener::Navigation& nav, bool announce)
 {
+    // The engine cannot load a TOVEVENT: its request only carried the page's own encoding of it. It is
+    // ended before the host hears of it, since the page answers no script while its top document's
+    // request waits, and the host's handlers may well ask the page.
+    if (urls::IsEvent(engineUrl)) {
+        Fail(requestId);
+        if (announce) m_listener->OnBeforeNavigate(nav);
+        return;
+    }
     const bool cancel = announce && m_listener->OnBeforeNavigate(nav);
     if (m_closed) return;
-    // The engine cannot load a TOVEVENT: its request only carried the page's own encoding of it.
-    if (cancel || urls::IsEvent(engineUrl)) Fail(requestId);
+    if (cancel) Fail(requestId);
     else if (urls::IsServed(engineUrl)) Serve(requestId, engineUrl);
     else Continue(requestId);
 }

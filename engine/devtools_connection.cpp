@@ -1,5 +1,6 @@
 #include "engine/devtools_connection.h"
 #include <ws2tcpip.h>
+#include <algorithm>
 #include "framework/hresult_error.h"
 
 namespace tovengine {
@@ -144,10 +145,11 @@ void DevToolsConnection::Send(const std::string& method, Json params, const std:
         std::lock_guard<std::mutex> hold(m_lock);
         if (!m_alive) {
             if (reply) {
-                m_inbox.push_back([reply] {
-                    const Json error = {{"message", "the engine is gone"}};
-                    reply(nullptr, &error);
-                });
+                m_inbox.push_back({[reply] {
+                                       const Json error = {{"message", "the engine is gone"}};
+                                       reply(nullptr, &error);
+                                   },
+                                   false});
                 PostMessageW(m_window, kDeliverMessage, 0, 0);
             }
             return;
@@ -174,8 +176,33 @@ Json DevToolsConnection::Call(const std::string& method, Json params, const std:
     if (!session.empty()) message["sessionId"] = session;
     SendFrame(ws::Opcode::Text, JsonText(message));
 
+    // A page answers nothing while its top document's request waits for this thread: paused requests
+    // are handled while waiting, everything else stays queued.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
     std::unique_lock<std::mutex> hold(m_lock);
-    const bool answered = m_answered.wait_for(hold, std::chrono::milliseconds(timeoutMs), [&] { return waiter->done; });
+    bool answered = false;
+    for (;;) {
+        m_answered.wait_until(hold, deadline, [&] { return waiter->done || m_urgent > 0; });
+        if (waiter->done) {
+            answered = true;
+            break;
+        }
+        if (m_urgent == 0) break; // timed out
+        auto urgent = std::find_if(m_inbox.begin(), m_inbox.end(), [](const Item& item) { return item.urgent; });
+        if (urgent == m_inbox.end()) {
+            m_urgent = 0;
+            continue;
+        }
+        std::function<void()> run = std::move(urgent->run);
+        m_inbox.erase(urgent);
+        --m_urgent;
+        hold.unlock();
+        try {
+            run();
+        } catch (...) {
+        }
+        hold.lock();
+    }
     m_waiters.erase(id);
     if (!answered) tov::Throw(HRESULT_FROM_WIN32(ERROR_TIMEOUT));
     if (!waiter->error.is_null()) {
@@ -210,12 +237,16 @@ void DevToolsConnection::ForgetClosed(int token)
     m_closedHandlers.erase(token);
 }
 
-void DevToolsConnection::Queue(std::function<void()> item)
+void DevToolsConnection::Queue(std::function<void()> item, bool urgent)
 {
-    std::lock_guard<std::mutex> hold(m_lock);
-    const bool wasEmpty = m_inbox.empty();
-    m_inbox.push_back(std::move(item));
-    if (wasEmpty) PostMessageW(m_window, kDeliverMessage, 0, 0);
+    {
+        std::lock_guard<std::mutex> hold(m_lock);
+        const bool wasEmpty = m_inbox.empty();
+        m_inbox.push_back({std::move(item), urgent});
+        if (urgent) ++m_urgent;
+        if (wasEmpty) PostMessageW(m_window, kDeliverMessage, 0, 0);
+    }
+    if (urgent) m_answered.notify_all();
 }
 
 void DevToolsConnection::Fail()
@@ -290,6 +321,7 @@ void DevToolsConnection::ReaderLoop()
             std::string method = StringField(value, "method");
             std::string session = StringField(value, "sessionId");
             Json params = value.contains("params") ? std::move(value["params"]) : Json::object();
+            const bool urgent = method == "Fetch.requestPaused";
             Queue([this, method = std::move(method), session = std::move(session), params = std::move(params)] {
                 EventHandler handler;
                 {
@@ -298,7 +330,7 @@ void DevToolsConnection::ReaderLoop()
                     if (it != m_handlers.end()) handler = it->second;
                 }
                 if (handler) handler(method, params);
-            });
+            }, urgent);
         }
         if (m_frames.Failed()) {
             Fail();
@@ -320,8 +352,10 @@ void DevToolsConnection::Deliver()
         {
             std::lock_guard<std::mutex> hold(m_lock);
             if (m_inbox.empty()) return;
-            item = std::move(m_inbox.front());
+            Item front = std::move(m_inbox.front());
             m_inbox.pop_front();
+            if (front.urgent) --m_urgent;
+            item = std::move(front.run);
         }
         try {
             item();

@@ -59,7 +59,8 @@ private:
     DevToolsConnection() = default;
     void ReaderLoop();
     void SendFrame(ws::Opcode opcode, const std::string& payload);
-    void Queue(std::function<void()> item);
+    // `urgent` items (paused requests) may also be run by a waiting call.
+    void Queue(std::function<void()> item, bool urgent = false);
     void Fail();
     static LRESULT CALLBACK WindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
@@ -81,7 +82,12 @@ private:
     bool m_closedNotified = false;
     std::map<long long, std::shared_ptr<Waiter>> m_waiters;
     std::map<long long, Reply> m_replies;
-    std::deque<std::function<void()>> m_inbox;
+    struct Item {
+        std::function<void()> run;
+        bool urgent = false;
+    };
+    std::deque<Item> m_inbox;
+    int m_urgent = 0;
     std::map<std::string, EventHandler> m_handlers;
     std::map<int, std::function<void()>> m_closedHandlers;
     int m_nextClosedToken = 1;

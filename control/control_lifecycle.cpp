@@ -19,6 +19,15 @@ HRESULT ConnectSink(IUnknown* source, REFIID iid, IUnknown* sink, DWORD& cookie)
     if (FAILED(hr)) return hr;
     return point->Advise(sink, &cookie);
 }
+// The description a failed creation left as error information of this thread, "" when none.
+std::string CreationFailure()
+{
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.Put()) != S_OK || !info) return {};
+    Bstr description;
+    if (FAILED(info->GetDescription(description.Put())) || description.Length() == 0) return {};
+    return "CoCreateInstance: " + ToAnsi(description.View());
+}
 } // namespace
 
 STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
@@ -28,7 +37,9 @@ STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
                           [&](CTraceScope& scope, LONG& code) {
         if (m_pOleObject) return;
 
+        SetErrorInfo(0, nullptr); // what a failed creation says must be its own
         HRESULT hr = CoCreateInstance(kWebBrowserClass, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject, m_pOleObject.PutVoid());
+        const std::string why = FAILED(hr) ? CreationFailure() : std::string();
         if (SUCCEEDED(hr)) {
             RECT rc{};
             const HWND hwnd = ControlWindow();
@@ -46,6 +57,8 @@ STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
         }
         const bool created = SUCCEEDED(hr);
         if (!created) scope.Write("InitControl: m_pOleObject->QueryInterface(IID_IWebBrowser...)", trace::kFailure);
+        // A browser class that tells why it could not be made is heard.
+        if (!why.empty()) scope.Write(why, trace::kFailure);
 
         SetProtocolMode(m_nProtocolMode);
         m_bShellOpenDetached = config::ReadProxyAdminCondition();

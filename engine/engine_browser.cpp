@@ -136,19 +136,10 @@ void* CEngineBrowser::FindInterface(REFIID riid) noexcept
 
 Page* CEngineBrowser::EnsurePage()
 {
-    if (m_closed) return nullptr;
-    if (m_page && m_page->Alive()) return m_page.get();
-    // The engine went away (crashed, killed): a new one serves the next navigation.
-    try {
-        ClosePage();
-        const SIZE size = m_view.ClientSize();
-        m_page = Page::Create(*this, size.cx > 0 ? size.cx : 800, size.cy > 0 ? size.cy : 600);
-        m_gone = false;
-        return m_page.get();
-    } catch (...) {
-        m_page.reset();
-        return nullptr;
-    }
+    // An engine that went away (crashed, killed) takes this browser's page with it: the browser refuses
+    // from then on, and a new browser object starts a new engine.
+    if (m_closed || !m_page || !m_page->Alive()) return nullptr;
+    return m_page.get();
 }
 
 void CEngineBrowser::ClosePage() noexcept
@@ -715,7 +706,7 @@ void CEngineBrowser::OnContextMenu(int x, int y)
 
 void CEngineBrowser::OnEngineGone()
 {
-    m_gone = true;
+    // Nothing to do at once: the page answers no more, so every later call is refused.
 }
 
 } // namespace tovengine

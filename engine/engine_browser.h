@@ -169,7 +169,6 @@ private:
     bool m_visible = false;
     bool m_closed = false;
     bool m_dropTarget = true;
-    bool m_gone = false;
 };
 
 // The browser application class: the same browser in a window of its own.

@@ -203,7 +203,14 @@ std::string Page::Evaluate(const std::string& frameId, const std::string& expres
         if (it == m_frames.end() || it->second.context == 0) tov::Throw(E_FAIL);
         params["contextId"] = it->second.context;
     }
-    const Json answer = m_engine->Connection().Call("Runtime.evaluate", std::move(params), m_session);
+    Json answer;
+    try {
+        answer = m_engine->Connection().Call("Runtime.evaluate", std::move(params), m_session);
+    } catch (const tov::HResultError& e) {
+        // A page busy in a script of its own (an endless loop) answers nothing: its script is stopped.
+        if (e.Code() == HRESULT_FROM_WIN32(ERROR_TIMEOUT)) Send("Runtime.terminateExecution", Json::object());
+        throw;
+    }
     if (answer.contains("exceptionDetails")) tov::Throw(DISP_E_EXCEPTION);
     const Json* result = ObjectField(answer, "result");
     if (!result) return {};

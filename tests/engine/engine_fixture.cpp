@@ -34,6 +34,7 @@ void EngineFixture::TearDown()
     ControlFixture::TearDown();
     engine.Revoke();
     EXPECT_TRUE(WaitFor([&] { return engine.CanUnloadNow() == S_OK; }, 10000)) << "every engine object is gone";
+    EXPECT_TRUE(WaitFor([&] { return EngineFolders().empty(); }, 15000)) << "the engine process has ended";
     tovfe::DataStore::Instance().Clear();
 }
 
@@ -118,6 +119,31 @@ std::string EngineFixture::PostedData() const
 {
     const auto it = postData->posted.find(L"TOVEVENT:|PostData");
     return it == postData->posted.end() ? std::string("<nothing>") : it->second;
+}
+
+std::vector<std::wstring> EngineFolders()
+{
+    std::vector<std::wstring> found;
+    WIN32_FIND_DATAW data;
+    const std::wstring pattern = L"Z:\\tmp\\tovengine-" + std::to_wstring(GetCurrentProcessId()) + L"-*";
+    HANDLE h = FindFirstFileW(pattern.c_str(), &data);
+    if (h == INVALID_HANDLE_VALUE) return found;
+    do found.push_back(L"Z:\\tmp\\" + std::wstring(data.cFileName));
+    while (FindNextFileW(h, &data));
+    FindClose(h);
+    return found;
+}
+
+std::string ReadSmallFile(const std::wstring& path)
+{
+    std::string bytes;
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return bytes;
+    char buffer[4096];
+    DWORD n = 0;
+    while (ReadFile(file, buffer, sizeof buffer, &n, nullptr) && n > 0 && bytes.size() < 65536) bytes.append(buffer, n);
+    CloseHandle(file);
+    return bytes;
 }
 
 HWND EngineFixture::BrowserWindow() const

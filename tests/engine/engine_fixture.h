@@ -17,6 +17,11 @@
 
 namespace tovtest {
 
+// Engine folders of this process (Z:\tmp\tovengine-<pid>-...): the engine's launcher removes its folder
+// only once the engine has ended, so none is left when no engine runs.
+std::vector<std::wstring> EngineFolders();
+std::string ReadSmallFile(const std::wstring& path);
+
 class EngineFixture : public ControlFixture {
 protected:
     void SetUp() override;

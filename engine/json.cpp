@@ -34,12 +34,62 @@ std::string RepairUtf8(std::string_view text)
     return out;
 }
 
+int HexDigit(char c)
+{
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+// The code unit of a "\uXXXX" escape at `at`, or -1.
+int EscapedUnit(std::string_view text, size_t at)
+{
+    if (at + 6 > text.size() || text[at] != '\\' || text[at + 1] != 'u') return -1;
+    int unit = 0;
+    for (size_t i = at + 2; i < at + 6; ++i) {
+        const int d = HexDigit(text[i]);
+        if (d < 0) return -1;
+        unit = unit * 16 + d;
+    }
+    return unit;
+}
+
+// A script's string may hold half of a surrogate pair, which the engine writes as an escape of its own:
+// such an escape becomes U+FFFD, pairs stay.
+std::string RepairSurrogateEscapes(std::string_view text)
+{
+    std::string out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size();) {
+        if (text[i] != '\\' || i + 1 >= text.size()) {
+            out.push_back(text[i++]);
+            continue;
+        }
+        const int unit = EscapedUnit(text, i);
+        if (unit < 0xD800 || unit > 0xDFFF) {
+            out.append(text.substr(i, 2)); // any other escape, "\\" included, as it stands
+            i += 2;
+            continue;
+        }
+        const int next = unit <= 0xDBFF ? EscapedUnit(text, i + 6) : -1;
+        if (next >= 0xDC00 && next <= 0xDFFF) {
+            out.append(text.substr(i, 12));
+            i += 12;
+        } else {
+            out += "\\uFFFD";
+            i += 6;
+        }
+    }
+    return out;
+}
+
 } // namespace
 
 Json ParseMessage(std::string_view text)
 {
     Json value = Json::parse(text, nullptr, false);
-    if (value.is_discarded()) value = Json::parse(RepairUtf8(text), nullptr, false);
+    if (value.is_discarded()) value = Json::parse(RepairSurrogateEscapes(RepairUtf8(text)), nullptr, false);
     return value;
 }
 

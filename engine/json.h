@@ -15,7 +15,8 @@ inline std::string JsonText(const Json& value)
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-// Parses a message; invalid UTF-8 inside is replaced first, so that no answer is lost to it. A value
+// Parses a message; invalid UTF-8 and unpaired surrogate escapes inside are replaced first, so that no
+// answer is lost to them. A value
 // that is not JSON at all comes back discarded.
 Json ParseMessage(std::string_view text);
 

@@ -307,6 +307,8 @@ HRESULT CEngineBrowser::NavigateFrame(const std::string& frameId, BSTR url, VARI
         if (nav.frameId.empty() && !target.empty() && target != L"_self" && target != L"_top" && target != L"_parent" &&
             target != L"_blank")
             nav.frameId = page->FrameByName(target);
+        // Asked for a window of its own: the new window's browser announces and loads it.
+        if (nav.flags & navOpenInNewWindow) return OpenInNewWindow(nav);
         if (OnBeforeNavigate(nav)) return S_OK;
         page = m_page.get();
         if (!page || m_closed) return E_FAIL;
@@ -665,6 +667,25 @@ void CEngineBrowser::OnDownloadComplete()
     if (!m_closed) FireEvent(m_events, DISPID_DOWNLOADCOMPLETE, {});
 }
 
+HRESULT CEngineBrowser::OpenInNewWindow(const Navigation& nav)
+{
+    void* made = nullptr;
+    HRESULT hr = tov::ObjectRoot::CreateInstance<CEngineApplication>(nullptr, IID_IWebBrowser2, &made);
+    if (FAILED(hr)) return hr;
+    tov::ComPtr<IWebBrowser2> other;
+    other.Attach(static_cast<IWebBrowser2*>(made));
+    hr = other->put_Visible(VARIANT_TRUE);
+    if (FAILED(hr)) return hr;
+    tov::Bstr url(nav.url);
+    VARIANT post;
+    PostDataVariant(nav.postData, post);
+    tov::Bstr headers(nav.headers);
+    VARIANT headerValue = BstrArg(headers.Get());
+    hr = other->Navigate(url.Get(), nullptr, nullptr, nav.postData ? &post : nullptr, nav.headers.empty() ? nullptr : &headerValue);
+    VariantClear(&post);
+    return hr;
+}
+
 void CEngineBrowser::OnNewWindow(const std::wstring& url)
 {
     tov::ComPtr<IUnknown> keep(ControllingUnknown());
@@ -674,19 +695,17 @@ void CEngineBrowser::OnNewWindow(const std::wstring& url)
     tov::ComPtr<IDispatch> given;
     given.Attach(browser);
     if (cancel || m_closed) return;
-    tov::Bstr target(url);
     tov::ComPtr<IWebBrowser2> other;
-    if (given) {
+    if (given && SUCCEEDED(given.As(IID_IWebBrowser2, other)) && other) {
         // The host gave the browser the new window's page goes to.
-        given.As(IID_IWebBrowser2, other);
-    } else {
-        // Nobody took it: a browser window of its own, as the platform browser opens one.
-        void* made = nullptr;
-        if (SUCCEEDED(tov::ObjectRoot::CreateInstance<CEngineApplication>(nullptr, IID_IWebBrowser2, &made)))
-            other.Attach(static_cast<IWebBrowser2*>(made));
-        if (other) other->put_Visible(VARIANT_TRUE);
+        tov::Bstr target(url);
+        other->Navigate(target.Get(), nullptr, nullptr, nullptr, nullptr);
+        return;
     }
-    if (other) other->Navigate(target.Get(), nullptr, nullptr, nullptr, nullptr);
+    // Nobody took it: a browser window of its own, as the platform browser opens one.
+    Navigation nav;
+    nav.url = url;
+    OpenInNewWindow(nav);
 }
 
 void CEngineBrowser::OnFrame(const std::string& picture)

@@ -157,6 +157,7 @@ private:
     IDispatch* FrameDispatch(const std::string& frameId);
     void ClosePage() noexcept;
     void Activate(HWND parent, LPCRECT rect);
+    HRESULT OpenInNewWindow(const Navigation& nav);
 
     tov::EventConnectionPoint m_events;
     tov::EventConnectionPoint m_events2;

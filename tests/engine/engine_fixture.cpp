@@ -1,3 +1,4 @@
+#include <winsock2.h>
 #include "engine/engine_fixture.h"
 
 namespace tovtest {
@@ -144,6 +145,65 @@ std::string ReadSmallFile(const std::wstring& path)
     while (ReadFile(file, buffer, sizeof buffer, &n, nullptr) && n > 0 && bytes.size() < 65536) bytes.append(buffer, n);
     CloseHandle(file);
     return bytes;
+}
+
+int EnginePages()
+{
+    const auto folders = EngineFolders();
+    if (folders.size() != 1) return -1;
+    const int port = atoi(ReadSmallFile(folders[0] + L"\\profile\\DevToolsActivePort").c_str());
+    WSADATA wsa;
+    WSAStartup(MAKEWORD(2, 2), &wsa);
+    SOCKET s = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<u_short>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    std::string reply;
+    if (connect(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
+        // The engine keeps the connection open: the reply ends where its length says.
+        const char request[] = "GET /json/list HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n";
+        send(s, request, sizeof request - 1, 0);
+        DWORD timeout = 5000;
+        setsockopt(s, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&timeout), sizeof timeout);
+        char buffer[4096];
+        int n;
+        size_t headerEnd = std::string::npos, length = 0;
+        while ((n = recv(s, buffer, sizeof buffer, 0)) > 0) {
+            reply.append(buffer, static_cast<size_t>(n));
+            if (headerEnd == std::string::npos && (headerEnd = reply.find("\r\n\r\n")) != std::string::npos) {
+                const size_t field = reply.find("Content-Length:");
+                length = field < headerEnd ? static_cast<size_t>(atoi(reply.c_str() + field + 15)) : 0;
+            }
+            if (headerEnd != std::string::npos && reply.size() >= headerEnd + 4 + length) break;
+        }
+    }
+    closesocket(s);
+    WSACleanup();
+    int pages = 0;
+    for (size_t at = reply.find("\"type\": \"page\""); at != std::string::npos; at = reply.find("\"type\": \"page\"", at + 1))
+        ++pages;
+    return pages;
+}
+
+std::vector<HWND> EngineTopWindows()
+{
+    std::vector<HWND> found;
+    EnumThreadWindows(GetCurrentThreadId(), [](HWND hwnd, LPARAM out) {
+        wchar_t name[64] = {};
+        GetClassNameW(hwnd, name, 64);
+        if (wcscmp(name, L"TOVEngineBrowserView") == 0 && IsWindowVisible(hwnd))
+            reinterpret_cast<std::vector<HWND>*>(out)->push_back(hwnd);
+        return TRUE;
+    }, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+std::wstring WindowTitle(HWND window)
+{
+    wchar_t title[256] = {};
+    GetWindowTextW(window, title, 256);
+    return title;
 }
 
 HWND EngineFixture::BrowserWindow() const

@@ -21,6 +21,12 @@ namespace tovtest {
 // only once the engine has ended, so none is left when no engine runs.
 std::vector<std::wstring> EngineFolders();
 std::string ReadSmallFile(const std::wstring& path);
+// The pages the running engine holds, asked of the engine itself (its target list over HTTP); -1 when
+// no engine or more than one runs.
+int EnginePages();
+// Visible stand-alone browser windows of the engine on this thread, and a window's title.
+std::vector<HWND> EngineTopWindows();
+std::wstring WindowTitle(HWND window);
 
 class EngineFixture : public ControlFixture {
 protected:

@@ -103,6 +103,7 @@ HRESULT UnregisterEngine() noexcept
     UnregisterClass(kWebBrowserClass);
     UnregisterClass(kBrowserApplicationClass);
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, kSavedKey);
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\TOV\\Engine");
     return S_OK;
 }
 

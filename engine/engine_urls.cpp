@@ -144,8 +144,9 @@ std::string FromEngine(std::string_view engineUrl)
         const size_t question = path.find('?');
         std::string original = PercentDecode(path.substr(0, question));
         // A form sent with GET: the engine replaced the query with the form's fields, as it does for any action.
+        // The action's own fragment goes too; left in place it would swallow the fields.
         if (question != std::string_view::npos) {
-            const size_t ownQuery = original.find('?');
+            const size_t ownQuery = original.find_first_of("?#");
             if (ownQuery != std::string::npos) original.resize(ownQuery);
             original += path.substr(question);
         }

@@ -1,4 +1,5 @@
 #include "engine/json.h"
+#include <climits>
 
 namespace tovengine {
 namespace {
@@ -105,7 +106,14 @@ long long IntField(const Json& object, const char* name, long long fallback)
     if (!object.is_object()) return fallback;
     const auto it = object.find(name);
     if (it == object.end() || !it->is_number()) return fallback;
-    return it->is_number_integer() ? it->get<long long>() : static_cast<long long>(it->get<double>());
+    if (it->is_number_unsigned()) {
+        const auto value = it->get<unsigned long long>();
+        return value <= static_cast<unsigned long long>(LLONG_MAX) ? static_cast<long long>(value) : fallback;
+    }
+    if (it->is_number_integer()) return it->get<long long>();
+    // Converting a double outside the range is undefined, and a wrapped number would be a wrong answer.
+    const double value = it->get<double>();
+    return value >= -0x1p63 && value < 0x1p63 ? static_cast<long long>(value) : fallback;
 }
 
 bool BoolField(const Json& object, const char* name, bool fallback)

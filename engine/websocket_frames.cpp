@@ -30,6 +30,11 @@ std::string EncodeClientFrame(Opcode opcode, std::string_view payload, uint32_t 
 std::optional<Message> FrameReader::Next()
 {
     while (!m_failed) {
+        // Consumed bytes go here, while no view into the buffer exists: erasing moves the bytes under a view.
+        if (m_consumed > (size_t{1} << 16) && m_consumed * 2 > m_buffer.size()) {
+            m_buffer.erase(0, m_consumed);
+            m_consumed = 0;
+        }
         const std::string_view data(m_buffer.data() + m_consumed, m_buffer.size() - m_consumed);
         if (data.size() < 2) break;
         const auto b0 = static_cast<uint8_t>(data[0]);
@@ -49,17 +54,15 @@ std::optional<Message> FrameReader::Next()
             for (size_t i = 2; i < 10; ++i) length = (length << 8) | static_cast<uint8_t>(data[i]);
             header = 10;
         }
-        if (length > m_limit || m_partial.size() + length > m_limit) { m_failed = true; break; }
+        // Checked before the payload arrives. A control frame between fragments is no part of the message.
+        const bool control = (static_cast<uint8_t>(opcode) & 0x8) != 0;
+        const size_t held = opcode == Opcode::Continuation ? m_partial.size() : 0;
+        if (control ? length > 125 : length > m_limit - held) { m_failed = true; break; }
         if (data.size() - header < length) break;
         const std::string_view payload = data.substr(header, static_cast<size_t>(length));
         m_consumed += header + static_cast<size_t>(length);
-        if (m_consumed > (size_t{1} << 16) && m_consumed * 2 > m_buffer.size()) {
-            m_buffer.erase(0, m_consumed);
-            m_consumed = 0;
-        }
-        const bool control = (static_cast<uint8_t>(opcode) & 0x8) != 0;
         if (control) {
-            if (!fin || length > 125) { m_failed = true; break; }
+            if (!fin) { m_failed = true; break; }
             if (opcode != Opcode::Close && opcode != Opcode::Ping && opcode != Opcode::Pong) { m_failed = true; break; }
             return Message{opcode, std::string(payload)};
         }

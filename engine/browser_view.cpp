@@ -1,5 +1,4 @@
 #include "engine/browser_view.h"
-#include <wincodec.h>
 #include <windowsx.h>
 #include "engine/page.h"
 #include "framework/com_ptr.h"
@@ -46,46 +45,6 @@ const char* HeldButton(WPARAM keys)
     if (keys & MK_RBUTTON) return "right";
     if (keys & MK_MBUTTON) return "middle";
     return "none";
-}
-
-// 32-bit top-down pixels of an encoded picture, decoded by the platform's imaging component.
-HBITMAP Decode(const std::string& encoded, SIZE& size)
-{
-    tov::ComPtr<IWICImagingFactory> factory;
-    if (FAILED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
-                                factory.PutVoid())))
-        return nullptr;
-    tov::ComPtr<IWICStream> stream;
-    tov::ComPtr<IWICBitmapDecoder> decoder;
-    tov::ComPtr<IWICBitmapFrameDecode> frame;
-    tov::ComPtr<IWICFormatConverter> converter;
-    if (FAILED(factory->CreateStream(stream.Put())) ||
-        FAILED(stream->InitializeFromMemory(reinterpret_cast<BYTE*>(const_cast<char*>(encoded.data())),
-                                            static_cast<DWORD>(encoded.size()))) ||
-        FAILED(factory->CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnDemand, decoder.Put())) ||
-        FAILED(decoder->GetFrame(0, frame.Put())) || FAILED(factory->CreateFormatConverter(converter.Put())) ||
-        FAILED(converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone, nullptr, 0,
-                                     WICBitmapPaletteTypeCustom)))
-        return nullptr;
-    UINT width = 0, height = 0;
-    if (FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 || width > 16384 || height > 16384)
-        return nullptr;
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = static_cast<LONG>(width);
-    info.bmiHeader.biHeight = -static_cast<LONG>(height);
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    void* bits = nullptr;
-    HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    if (!bitmap) return nullptr;
-    if (FAILED(converter->CopyPixels(nullptr, width * 4, width * height * 4, static_cast<BYTE*>(bits)))) {
-        DeleteObject(bitmap);
-        return nullptr;
-    }
-    size = {static_cast<LONG>(width), static_cast<LONG>(height)};
-    return bitmap;
 }
 
 } // namespace
@@ -135,22 +94,26 @@ SIZE BrowserView::ClientSize() const
     return {r.right - r.left, r.bottom - r.top};
 }
 
-bool BrowserView::ShowPicture(const std::string& encoded)
+constexpr UINT kPictureReady = WM_APP + 0x2B;
+
+void BrowserView::ShowPicture(std::string encoded)
+{
+    if (m_window) m_decoder.Submit(std::move(encoded), m_window, kPictureReady);
+}
+
+void BrowserView::TakeDecoded()
 {
     SIZE size{};
-    HBITMAP picture = Decode(encoded, size);
-    if (!picture) return false;
+    HBITMAP picture = m_decoder.Take(size);
+    if (!picture) return;
     if (m_picture) DeleteObject(m_picture);
     m_picture = picture;
     m_pictureSize = size;
-    if (m_window) InvalidateRect(m_window, nullptr, FALSE);
-    return true;
+    InvalidateRect(m_window, nullptr, FALSE);
 }
 
-void BrowserView::Paint()
+void BrowserView::Paint(HDC dc)
 {
-    PAINTSTRUCT ps;
-    HDC dc = BeginPaint(m_window, &ps);
     RECT client{};
     GetClientRect(m_window, &client);
     if (m_picture) {
@@ -167,7 +130,6 @@ void BrowserView::Paint()
     } else {
         FillRect(dc, &client, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
     }
-    EndPaint(m_window, &ps);
 }
 
 LRESULT CALLBACK BrowserView::WindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam)
@@ -184,8 +146,18 @@ LRESULT BrowserView::Handle(UINT msg, WPARAM wParam, LPARAM lParam)
     const int x = GET_X_LPARAM(lParam);
     const int y = GET_Y_LPARAM(lParam);
     switch (msg) {
-    case WM_PAINT:
-        Paint();
+    case WM_PAINT: {
+        PAINTSTRUCT ps;
+        HDC dc = BeginPaint(window, &ps);
+        Paint(dc);
+        EndPaint(window, &ps);
+        return 0;
+    }
+    case kPictureReady:
+        TakeDecoded();
+        return 0;
+    case WM_PRINTCLIENT:
+        Paint(reinterpret_cast<HDC>(wParam));
         return 0;
     case WM_ERASEBKGND:
         return 1;
@@ -212,10 +184,8 @@ LRESULT BrowserView::Handle(UINT msg, WPARAM wParam, LPARAM lParam)
         m_clicks = dbl ? 2 : 1;
         const char* button = (msg == WM_LBUTTONDOWN || msg == WM_LBUTTONDBLCLK) ? "left"
                              : (msg == WM_RBUTTONDOWN || msg == WM_RBUTTONDBLCLK) ? "right" : "middle";
-        if (page) {
-            page->Mouse("mouseMoved", x, y, "none", 0, Modifiers(wParam));
-            page->Mouse("mousePressed", x, y, button, m_clicks, Modifiers(wParam));
-        }
+        // The pointer got here with WM_MOUSEMOVE already: the press goes alone.
+        if (page) page->Mouse("mousePressed", x, y, button, m_clicks, Modifiers(wParam));
         return 0;
     }
     case WM_LBUTTONUP:

@@ -1,8 +1,9 @@
 #pragma once
-// The browser's window: shows the engine's latest rendering of the page (decoded with the platform's
-// imaging component, painted on WM_PAINT) and passes mouse, wheel and keys on to the engine.
+// The browser's window: shows the engine's latest rendering of the page (painted on WM_PAINT) and passes
+// mouse, wheel and keys on to the engine.
 #include <windows.h>
 #include <string>
+#include "engine/picture_decoder.h"
 
 namespace tovengine {
 
@@ -32,22 +33,22 @@ public:
     void SetTitle(const std::wstring& title);
     // The client area's size in pixels (0 when there is no window).
     SIZE ClientSize() const;
-    // A new rendering (PNG or JPEG bytes); false when it could not be decoded.
-    bool ShowPicture(const std::string& encoded);
-    bool HasPicture() const { return m_picture != nullptr; }
+    // A new rendering (a PNG or JPEG file in base64), shown once it is decoded.
+    void ShowPicture(std::string encoded);
 
 private:
     static LRESULT CALLBACK WindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT msg, WPARAM wParam, LPARAM lParam);
-    void Paint();
+    void Paint(HDC dc);
+    void TakeDecoded();
 
     ViewHost& m_host;
     HWND m_window = nullptr;
     HBITMAP m_picture = nullptr;
+    PictureDecoder m_decoder;
     SIZE m_pictureSize{};
     bool m_topLevel = false;
     int m_clicks = 0;
-    DWORD m_lastClickTime = 0;
 };
 
 } // namespace tovengine

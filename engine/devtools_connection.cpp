@@ -1,6 +1,7 @@
 #include "engine/devtools_connection.h"
 #include <ws2tcpip.h>
 #include <algorithm>
+#include <cstdio>
 #include "framework/hresult_error.h"
 
 namespace tovengine {
@@ -46,6 +47,20 @@ bool SendAll(SOCKET s, const std::string& bytes)
         sent += static_cast<size_t>(n);
     }
     return true;
+}
+
+// TOV_ENGINE_TRACE in the environment: every message in and out on standard error, cut to 300 bytes.
+bool Tracing()
+{
+    static const bool on = GetEnvironmentVariableW(L"TOV_ENGINE_TRACE", nullptr, 0) > 0;
+    return on;
+}
+
+void TraceMessage(const char* direction, std::string_view text)
+{
+    if (!Tracing()) return;
+    std::fprintf(stderr, "%10.3f %s %.*s\n", GetTickCount64() / 1000.0, direction,
+                 static_cast<int>(std::min<size_t>(text.size(), 300)), text.data());
 }
 
 uint32_t RandomMask()
@@ -133,6 +148,7 @@ bool DevToolsConnection::Alive() const
 
 void DevToolsConnection::SendFrame(ws::Opcode opcode, const std::string& payload)
 {
+    if (opcode == ws::Opcode::Text) TraceMessage(">", payload);
     std::lock_guard<std::mutex> hold(m_sendLock);
     if (m_socket == INVALID_SOCKET || !SendAll(m_socket, ws::EncodeClientFrame(opcode, payload, RandomMask())))
         Fail();
@@ -293,6 +309,7 @@ void DevToolsConnection::ReaderLoop()
                 return;
             }
             if (message->opcode != ws::Opcode::Text) continue;
+            TraceMessage("<", message->payload);
             Json value = ParseMessage(message->payload);
             if (!value.is_object()) continue;
             const auto idField = value.find("id");

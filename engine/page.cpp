@@ -31,7 +31,10 @@ std::optional<std::string> PostBytes(const Json& request)
     std::string bytes;
     const auto entries = request.find("postDataEntries");
     if (entries != request.end() && entries->is_array()) {
-        for (const Json& entry : *entries) bytes += Base64Decode(StringField(entry, "bytes"));
+        for (const Json& entry : *entries) {
+            const auto field = entry.is_object() ? entry.find("bytes") : entry.end();
+            if (field != entry.end() && field->is_string()) bytes += Base64Decode(field->get_ref<const std::string&>());
+        }
     } else {
         bytes = StringField(request, "postData");
     }
@@ -257,6 +260,10 @@ std::string Page::FrameByName(const std::wstring& name) const
 void Page::Resize(int width, int height)
 {
     if (width <= 0 || height <= 0) return;
+    // Every own navigation sets the zoom again: the engine lays the page out anew only when it changed.
+    if (m_metricsSent && width == m_width && height == m_height && m_zoom == m_sentZoom) return;
+    m_metricsSent = true;
+    m_sentZoom = m_zoom;
     m_width = width;
     m_height = height;
     const double scale = m_zoom / 100.0;
@@ -343,7 +350,7 @@ void Page::OnEvent(const std::string& method, const Json& params)
         m_listener->OnNewWindow(Wide(urls::FromEngine(url)));
     } else if (method == "Page.screencastFrame") {
         Send("Page.screencastFrameAck", {{"sessionId", IntField(params, "sessionId")}});
-        m_listener->OnFrame(Base64Decode(StringField(params, "data")));
+        m_listener->OnFrame(StringField(params, "data"));
     } else if (method == "Runtime.executionContextCreated") {
         if (const Json* context = ObjectField(params, "context")) {
             const Json* aux = ObjectField(*context, "auxData");

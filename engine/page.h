@@ -37,7 +37,7 @@ public:
     virtual void OnDownloadComplete() = 0;
     // A page asked for a new window with `url`.
     virtual void OnNewWindow(const std::wstring& url) = 0;
-    // A new rendering: encoded picture bytes of the whole view.
+    // A new rendering of the whole view: a PNG file in base64, as the engine sends it.
     virtual void OnFrame(const std::string& picture) = 0;
     // The user asked for a context menu at a point of the view (CSS pixels of the top document).
     virtual void OnContextMenu(int x, int y) = 0;
@@ -133,6 +133,8 @@ private:
     int m_width = 0;
     int m_height = 0;
     int m_zoom = 100;
+    int m_sentZoom = 100;
+    bool m_metricsSent = false;
 };
 
 } // namespace tovengine

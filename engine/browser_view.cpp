@@ -1,20 +1,13 @@
 #include "engine/browser_view.h"
 #include <windowsx.h>
 #include "engine/page.h"
+#include "engine/this_module.h"
 #include "framework/com_ptr.h"
 
 namespace tovengine {
 namespace {
 
 const wchar_t kViewClass[] = L"TOVEngineBrowserView";
-
-HMODULE ThisModule()
-{
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&ThisModule), &module);
-    return module;
-}
 
 void RegisterViewClass()
 {

@@ -2,6 +2,7 @@
 #include <ws2tcpip.h>
 #include <algorithm>
 #include <cstdio>
+#include "engine/this_module.h"
 #include "framework/hresult_error.h"
 
 namespace tovengine {
@@ -9,14 +10,6 @@ namespace {
 
 constexpr UINT kDeliverMessage = WM_APP + 0x2A;
 const wchar_t kWindowClass[] = L"TOVEngineDevToolsPump";
-
-HMODULE ThisModule()
-{
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&ThisModule), &module);
-    return module;
-}
 
 struct WinsockUser {
     WinsockUser()

@@ -46,7 +46,17 @@ STDMETHODIMP ScriptedBrowserFactory::CreateInstance(IUnknown* pOuter, REFIID rii
     return StandInCall([&] {
         m_log->Add(L"CoCreateInstance", {m_className});
         if (pOuter) return CLASS_E_NOAGGREGATION;
-        if (FAILED(m_createResult)) return m_createResult;
+        if (FAILED(m_createResult)) {
+            // A class that can say why it failed leaves that as the thread's error information.
+            tov::ComPtr<ICreateErrorInfo> info;
+            if (!m_createFailure.empty() && SUCCEEDED(CreateErrorInfo(info.Put()))) {
+                info->SetDescription(const_cast<LPOLESTR>(m_createFailure.c_str()));
+                tov::ComPtr<IErrorInfo> error;
+                info->QueryInterface(IID_IErrorInfo, error.PutVoid());
+                SetErrorInfo(0, error.Get());
+            }
+            return m_createResult;
+        }
         auto browser = ScriptedBrowser::Create(m_log, m_plan);
         // Handing out the first interface is part of creating, not a query of the caller's: not recorded.
         const HRESULT hr = browser->InternalQueryInterface(riid, ppv);

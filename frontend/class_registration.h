@@ -59,7 +59,12 @@ public:
 
     CallLog& Log() { return *m_log; }
     const std::vector<tov::ComPtr<ScriptedBrowser>>& Created() const { return m_created; }
-    void FailCreate(HRESULT hr) { m_createResult = hr; }
+    // Creation fails with hr from now on, leaving `why` as error information when it is not empty.
+    void FailCreate(HRESULT hr, std::wstring why = {})
+    {
+        m_createResult = hr;
+        m_createFailure = std::move(why);
+    }
     // Failures every browser made from now on starts with.
     FailurePlan& PlanForNext() { return m_plan; }
     // Class name in the creation entries of the log: one factory serves the browser control, another the
@@ -75,6 +80,7 @@ private:
     std::vector<tov::ComPtr<ScriptedBrowser>> m_created;
     FailurePlan m_plan;
     HRESULT m_createResult = S_OK;
+    std::wstring m_createFailure;
     std::wstring m_className = L"WebBrowser";
 };
 
@@ -92,7 +98,7 @@ public:
     CallLog& Log() { return m_factory->Log(); }
     const std::vector<tov::ComPtr<ScriptedBrowser>>& Created() const { return m_factory->Created(); }
     ScriptedBrowser* Last() const { return Created().empty() ? nullptr : Created().back().Get(); }
-    void FailCreate(HRESULT hr) { m_factory->FailCreate(hr); }
+    void FailCreate(HRESULT hr, std::wstring why = {}) { m_factory->FailCreate(hr, std::move(why)); }
     void FailCallOnNext(const std::wstring& key, HRESULT hr) { m_factory->PlanForNext().Fail(key, hr); }
     void ThrowOnNext(const std::wstring& key) { m_factory->PlanForNext().Throw(key); }
     void ClearFailurePlan() { m_factory->PlanForNext().Clear(); }

@@ -56,6 +56,7 @@ TEST_F(InitControl, FailuresGiveCodeFourAndLaterMethodsCodeThree)
               Lines());
     control->GoBack(&code);
     EXPECT_EQ(3, code);
+
     browsers.FailCreate(S_OK);
 
     for (const wchar_t* failing : {L"SetClientSite", L"DoVerb", L"Advise(DWebBrowserEvents2)"}) {
@@ -66,4 +67,36 @@ TEST_F(InitControl, FailuresGiveCodeFourAndLaterMethodsCodeThree)
     browsers.ClearFailurePlan();
     browsers.FailCallOnNext(L"Advise(DWebBrowserEvents)", E_FAIL);
     EXPECT_EQ(0, InitAnother()) << "a failure of the first connection alone goes unnoticed";
+}
+
+TEST_F(InitControl, ABrowserClassThatSaysWhyItFailedIsHeard)
+{
+    Connect(1);
+    const auto InitOnce = [&] {
+        LONG code = -1;
+        EXPECT_EQ(S_OK, control->InitControl(&code));
+        return code;
+    };
+    // A class that says why it failed is heard after the failure line; error information some
+    // earlier call of the thread left is not taken for the class's.
+    browsers.FailCreate(REGDB_E_CLASSNOTREG, L"the engine binary is missing");
+    ClearLines();
+    EXPECT_EQ(4, InitOnce());
+    const auto lines = Lines();
+    const auto failure = std::find(lines.begin(), lines.end(), "InitControl: m_pOleObject->QueryInterface(IID_IWebBrowser...)");
+    ASSERT_NE(lines.end(), failure);
+    const auto why = std::find(lines.begin(), lines.end(), "CoCreateInstance: the engine binary is missing");
+    ASSERT_NE(lines.end(), why);
+    EXPECT_LT(failure, why);
+    tov::ComPtr<ICreateErrorInfo> stale;
+    ASSERT_EQ(S_OK, CreateErrorInfo(stale.Put()));
+    stale->SetDescription(const_cast<LPOLESTR>(L"left by someone else"));
+    tov::ComPtr<IErrorInfo> staleInfo;
+    stale->QueryInterface(IID_IErrorInfo, staleInfo.PutVoid());
+    SetErrorInfo(0, staleInfo.Get());
+    browsers.FailCreate(REGDB_E_CLASSNOTREG);
+    ClearLines();
+    EXPECT_EQ(4, InitOnce());
+    EXPECT_FALSE(Lines().empty());
+    for (const auto& line : Lines()) EXPECT_EQ(std::string::npos, line.find("CoCreateInstance")) << line;
 }

@@ -35,12 +35,35 @@ DWORD NextGdiIndex()
     return index;
 }
 
-DWORD NextUserIndex()
+// Wine's table of USER objects is shared by every process of the prefix and hands out the slot freed
+// last, so a probe there says nothing about this process: count its windows of every kind instead
+// (top-level, child and message-only), the USER objects the control and the engine make.
+int ProcessWindowCount()
 {
-    HMENU m = CreateMenu();
-    const DWORD index = LOWORD(reinterpret_cast<ULONG_PTR>(m));
-    DestroyMenu(m);
-    return index;
+    struct Count {
+        DWORD pid;
+        int n;
+    } count{GetCurrentProcessId(), 0};
+    const auto ours = [](HWND w, DWORD pid) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(w, &owner);
+        return owner == pid;
+    };
+    EnumWindows(
+        [](HWND top, LPARAM p) {
+            auto* c = reinterpret_cast<Count*>(p);
+            DWORD owner = 0;
+            GetWindowThreadProcessId(top, &owner);
+            if (owner != c->pid) return TRUE;
+            ++c->n;
+            EnumChildWindows(top, [](HWND, LPARAM q) { ++reinterpret_cast<Count*>(q)->n; return TRUE; }, p);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    for (HWND w = FindWindowExW(HWND_MESSAGE, nullptr, nullptr, nullptr); w;
+         w = FindWindowExW(HWND_MESSAGE, w, nullptr, nullptr))
+        if (ours(w, count.pid)) ++count.n;
+    return count.n;
 }
 
 } // namespace
@@ -52,7 +75,7 @@ ProcessState ProcessState::Now()
     s.gdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
     if (s.gdiObjects == 0) s.gdiObjects = NextGdiIndex();
     s.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-    if (s.userObjects == 0) s.userObjects = NextUserIndex();
+    if (s.userObjects == 0) s.userObjects = static_cast<DWORD>(ProcessWindowCount());
     s.windows = ThreadWindowCount();
     s.tempFiles = TempFolderFiles().size();
     return s;

@@ -13,8 +13,9 @@ namespace tovtest {
 int ThreadWindowCount();
 using tovfe::TempFolderFiles;
 
-// Where the platform does not count (Wine answers 0 for handle and GUI object counts), the counts are
-// the table index a fresh object of that kind gets: objects that are never freed push it up.
+// Where the platform does not count (Wine answers 0 for handle and GUI object counts), handles and GDI
+// objects are the table index a fresh object of that kind gets (objects never freed push it up) and USER
+// objects are the process's windows.
 struct ProcessState {
     DWORD handles = 0;
     DWORD gdiObjects = 0;

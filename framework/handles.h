@@ -1,5 +1,5 @@
 #pragma once
-// Owning wrappers for registry keys, kernel handles, modules and windows.
+// Owning wrappers for registry keys, kernel handles, modules, windows, GDI objects and device contexts.
 #include <windows.h>
 #include <utility>
 
@@ -54,10 +54,35 @@ struct LibraryTraits {
     static void Close(HMODULE h) noexcept { FreeLibrary(h); }
 };
 
+struct GdiObjectTraits {
+    static HGDIOBJ Invalid() noexcept { return nullptr; }
+    static void Close(HGDIOBJ h) noexcept { DeleteObject(h); }
+};
+struct MemoryDcTraits {
+    static HDC Invalid() noexcept { return nullptr; }
+    static void Close(HDC h) noexcept { DeleteDC(h); }
+};
+
 using UniqueHKey = UniqueHandle<HKEY, RegKeyTraits>;
 using UniqueFile = UniqueHandle<HANDLE, FileHandleTraits>;
 using UniqueKernelHandle = UniqueHandle<HANDLE, KernelHandleTraits>;
 using UniqueWindow = UniqueHandle<HWND, WindowTraits>;
 using UniqueLibrary = UniqueHandle<HMODULE, LibraryTraits>;
+using UniqueGdiObject = UniqueHandle<HGDIOBJ, GdiObjectTraits>;
+using UniqueMemoryDc = UniqueHandle<HDC, MemoryDcTraits>;
+
+// A window's device context, given back when it goes.
+class WindowDc {
+public:
+    explicit WindowDc(HWND window) noexcept : m_window(window), m_dc(GetDC(window)) {}
+    ~WindowDc() { if (m_dc) ReleaseDC(m_window, m_dc); }
+    WindowDc(const WindowDc&) = delete;
+    WindowDc& operator=(const WindowDc&) = delete;
+    HDC Get() const noexcept { return m_dc; }
+
+private:
+    HWND m_window;
+    HDC m_dc;
+};
 
 } // namespace tov

@@ -8,7 +8,10 @@
 #include "framework/com_ptr.h"
 #include "type_library_text.h"
 #include "frontend/demo_session.h"
+#include "frontend/engine_session.h"
 #include "frontend/event_printer.h"
+#include "frontend/screenshot.h"
+#include "frontend/workbench.h"
 
 using tov::ComPtr;
 
@@ -63,9 +66,22 @@ int wmain(int argc, wchar_t** argv)
     if (FAILED(OleInitialize(nullptr))) return 2;
     SetConsoleOutputCP(CP_UTF8);
     int rc = 2;
-    if (argc > 1 && std::wstring(argv[1]) == L"--members") rc = ShowMembers();
-    else if (argc > 2 && std::wstring(argv[1]) == L"--session") rc = tovfe::RunDemoSession(argv[2]);
-    else std::printf("usage: tovdemo --members | --session <sample folder>\n");
+    const std::wstring mode = argc > 1 ? argv[1] : L"";
+    if (mode == L"--members") rc = ShowMembers();
+    else if (mode == L"--scripted-session" && argc > 2) rc = tovfe::RunDemoSession(argv[2]);
+    else if (mode == L"--session" && argc > 3) rc = tovfe::RunEngineSession(argv[2], argv[3]);
+    else if (mode == L"--pages" && argc > 2) rc = tovfe::RunWorkbench(tovfe::WorkbenchOptions::FromArguments(argc - 2, argv + 2));
+    else if (mode == L"--colours" && argc > 2) {
+        const size_t colours = tovfe::PictureColours(argv[2]);
+        std::printf("%zu\n", colours);
+        rc = colours > 1 ? 0 : 1;
+    } else {
+        std::printf("usage: tovdemo --members\n"
+                    "       tovdemo --session <sample folder> <picture folder>      the front end on the engine\n"
+                    "       tovdemo --scripted-session <sample folder>              the front end on the scripted browser\n"
+                    "       tovdemo --pages <folder> [--start <page>] [--pictures <folder>]   the page author's workbench\n"
+                    "       tovdemo --colours <picture>                             colours in a picture (up to 16)\n");
+    }
     OleUninitialize();
     return rc;
 }

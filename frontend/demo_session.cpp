@@ -211,8 +211,8 @@ int RunDemoSession(const std::wstring& samples)
         const HRESULT hr = c->ShowData(url.Get(), nullptr, 1, &code);
         return Checked(hr, code);
     });
-    s.Step("ShowData(\"picture.gif\"): other data goes through a temporary file", [&] {
-        Bstr url(L"picture.gif");
+    s.Step("ShowData(\"chart.png\"): other data goes through a temporary file", [&] {
+        Bstr url(L"chart.png");
         LONG code = -1;
         const HRESULT hr = c->ShowData(url.Get(), nullptr, 1, &code);
         return Checked(hr, code);

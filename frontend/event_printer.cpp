@@ -63,6 +63,11 @@ STDMETHODIMP EventPrinter::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* par
         std::printf("    %-12s %s\n", ConsoleText(argName).c_str(), ConsoleText(DisplayText(v)).c_str());
     }
     for (UINT i = 0; i < count; ++i) SysFreeString(names[i]);
+    if (afterEach) {
+        std::vector<VARIANT> ordered;
+        for (UINT i = 0; i < args; ++i) ordered.push_back(params->rgvarg[args - 1 - i]);
+        afterEach(name, ordered);
+    }
     return S_OK;
 }
 

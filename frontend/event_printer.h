@@ -3,6 +3,7 @@
 // control's type library and prints them, one event per block.
 #include <windows.h>
 #include <oaidl.h>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,8 @@ public:
 
     // Every event printed so far, as "Name" texts.
     const std::vector<std::wstring>& Names() const { return m_names; }
+    // Runs after each event is printed, with its name and arguments in the order of the declaration.
+    std::function<void(const std::wstring& name, const std::vector<VARIANT>& args)> afterEach;
 
 private:
     friend class tov::ObjectRoot;

@@ -22,6 +22,14 @@ std::vector<std::wstring> PagesIn(const std::wstring& folder)
     return pages;
 }
 
+// Ctrl+C ends the session as closing the window does: the engine is told to end, not left to notice.
+HWND g_workbenchWindow = nullptr;
+BOOL WINAPI OnConsoleBreak(DWORD)
+{
+    if (g_workbenchWindow) PostMessageW(g_workbenchWindow, WM_CLOSE, 0, 0);
+    return TRUE;
+}
+
 } // namespace
 
 WorkbenchOptions WorkbenchOptions::FromArguments(int argc, wchar_t** argv)
@@ -81,8 +89,12 @@ int RunWorkbench(const WorkbenchOptions& options)
     if (code == -1) std::printf("workbench: \"%s\" has not completed yet (a script that does not end?)\n", ConsoleText(options.start).c_str());
     else if (code != 0) std::printf("workbench: ShowData answered %ld\n", static_cast<long>(code));
     std::printf("workbench: ready. Click and type in the window; every event the front end receives is printed here.\n"
-                "workbench: close the window to end the session.\n");
+                "workbench: close the window (or press Ctrl+C here) to end the session.\n");
+    g_workbenchWindow = fe.Frame();
+    SetConsoleCtrlHandler(OnConsoleBreak, TRUE);
     while (fe.WindowOpen()) fe.WaitFor([] { return false; }, 1000);
+    SetConsoleCtrlHandler(OnConsoleBreak, FALSE);
+    g_workbenchWindow = nullptr;
     fe.Close();
     std::printf("workbench: the window was closed; the session has ended\n");
     return 0;

@@ -41,6 +41,11 @@ void EngineFixture::TearDown()
 
 bool EngineFixture::WaitFor(const std::function<bool()>& done, DWORD timeoutMs)
 {
+    return PumpUntil(done, timeoutMs);
+}
+
+bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs)
+{
     const ULONGLONG deadline = GetTickCount64() + timeoutMs;
     for (;;) {
         if (done()) return true;

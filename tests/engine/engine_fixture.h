@@ -17,6 +17,9 @@
 
 namespace tovtest {
 
+// Pumps this thread's messages until `done` holds or `timeoutMs` pass; whether it held.
+bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs = 15000);
+
 // Engine folders of this process (Z:\tmp\tovengine-<pid>-...): the engine's launcher removes its folder
 // only once the engine has ended, so none is left when no engine runs.
 std::vector<std::wstring> EngineFolders();

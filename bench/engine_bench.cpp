@@ -107,7 +107,8 @@ public:
     int beforeNavigates = 0;
 };
 
-// A bare engine page on the control's own engine connection: the engine's floor.
+// A bare engine page on the control's own engine connection, rendered like the browser's window renders
+// its page: the engine's floor.
 class BarePage {
 public:
     BarePage()
@@ -120,6 +121,10 @@ public:
         m_session = tovengine::StringField(c.Call("Target.attachToTarget", {{"targetId", target}, {"flatten", true}}), "sessionId");
         c.Subscribe(m_session, [this](const std::string& method, const Json& params) {
             if (getenv("TOV_BENCH_VERBOSE")) std::printf("        bare %.3f %s\n", Now(), method.c_str());
+            if (method == "Page.screencastFrame") {
+                Send("Page.screencastFrameAck", {{"sessionId", tovengine::IntField(params, "sessionId")}});
+                return;
+            }
             m_events.push_back({method, params});
         });
         c.Call("Page.enable", Json::object(), m_session);
@@ -130,6 +135,9 @@ public:
         c.Call("Fetch.enable", {{"patterns", Json::array({{{"urlPattern", "http://bench.invalid/*"}, {"requestStage", "Request"}},
                                                           {{"urlPattern", "http://tovevent.invalid/*"}, {"requestStage", "Request"}}})}},
                m_session);
+        // Shown as the browser's window shows its page: a page nobody looks at is never painted, which
+        // no browser on a screen can skip.
+        c.Call("Page.startScreencast", {{"format", "png"}, {"everyNthFrame", 1}}, m_session);
     }
     ~BarePage()
     {

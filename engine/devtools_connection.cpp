@@ -141,10 +141,48 @@ bool DevToolsConnection::Alive() const
 
 void DevToolsConnection::SendFrame(ws::Opcode opcode, const std::string& payload)
 {
+    std::unique_lock<std::mutex> hold(m_sendLock);
+    bool sent = SendHeldLocked();
     if (opcode == ws::Opcode::Text) TraceMessage(">", payload);
+    sent = sent && m_socket != INVALID_SOCKET && SendAll(m_socket, ws::EncodeClientFrame(opcode, payload, RandomMask()));
+    hold.unlock();
+    if (!sent) Fail();
+}
+
+bool DevToolsConnection::SendHeldLocked()
+{
+    for (const auto& text : m_held) {
+        TraceMessage(">", text);
+        if (m_socket == INVALID_SOCKET || !SendAll(m_socket, ws::EncodeClientFrame(ws::Opcode::Text, text, RandomMask()))) {
+            m_held.clear();
+            return false;
+        }
+    }
+    m_held.clear();
+    return true;
+}
+
+void DevToolsConnection::SendHeld()
+{
+    std::unique_lock<std::mutex> hold(m_sendLock);
+    if (m_held.empty()) return;
+    const bool sent = SendHeldLocked();
+    hold.unlock();
+    if (!sent) Fail();
+}
+
+void DevToolsConnection::SendAfterHandler(const std::string& method, Json params, const std::string& session)
+{
+    long long id;
+    {
+        std::lock_guard<std::mutex> hold(m_lock);
+        if (!m_alive) return;
+        id = m_nextId++;
+    }
+    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
+    if (!session.empty()) message["sessionId"] = session;
     std::lock_guard<std::mutex> hold(m_sendLock);
-    if (m_socket == INVALID_SOCKET || !SendAll(m_socket, ws::EncodeClientFrame(opcode, payload, RandomMask())))
-        Fail();
+    m_held.push_back(JsonText(message));
 }
 
 void DevToolsConnection::Send(const std::string& method, Json params, const std::string& session, Reply reply)
@@ -210,6 +248,7 @@ Json DevToolsConnection::Call(const std::string& method, Json params, const std:
             run();
         } catch (...) {
         }
+        SendHeld();
         hold.lock();
     }
     m_waiters.erase(id);
@@ -372,6 +411,7 @@ void DevToolsConnection::Deliver()
         } catch (...) {
             // A handler's failure must not stop the queue; the handlers trace their own.
         }
+        SendHeld();
     }
 }
 

@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <vector>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -37,6 +38,10 @@ public:
     // Sends without waiting; `reply`, when given, runs on the owner thread once the answer is there (with
     // an error when the connection ends first).
     void Send(const std::string& method, Json params, const std::string& session = {}, Reply reply = {});
+    // Sends without waiting once the handler running now has returned, or before any other message leaves,
+    // whichever comes first: a handler can tell its listeners first and the engine right after, and a
+    // listener that calls the engine meanwhile never waits behind a message not yet sent.
+    void SendAfterHandler(const std::string& method, Json params, const std::string& session = {});
     // Sends and waits for the answer on this thread; throws tov::HResultError on an error answer, on time-out
     // and when the engine is gone. Events arriving meanwhile wait in the queue.
     Json Call(const std::string& method, Json params, const std::string& session = {}, DWORD timeoutMs = kCallTimeoutMs);
@@ -59,6 +64,9 @@ private:
     DevToolsConnection() = default;
     void ReaderLoop();
     void SendFrame(ws::Opcode opcode, const std::string& payload);
+    // Sends what SendAfterHandler held back; m_sendLock is held.
+    bool SendHeldLocked();
+    void SendHeld();
     // `urgent` items (paused requests) may also be run by a waiting call.
     void Queue(std::function<void()> item, bool urgent = false);
     void Fail();
@@ -77,6 +85,7 @@ private:
     mutable std::mutex m_lock;
     std::condition_variable m_answered;
     std::mutex m_sendLock;
+    std::vector<std::string> m_held; // guarded by m_sendLock
     long long m_nextId = 1;
     bool m_alive = false;
     bool m_closedNotified = false;

@@ -542,11 +542,11 @@ void Page::OnRequestPaused(const Json& params)
 void Page::ContinueDocument(const std::string& requestId, const std::string& engineUrl,
                             const PageListener::Navigation& nav, bool announce)
 {
-    // The engine cannot load a TOVEVENT: its request only carried the page's own encoding of it. It is
-    // ended before the host hears of it, since the page answers no script while its top document's
-    // request waits, and the host's handlers may well ask the page.
+    // The engine cannot load a TOVEVENT: its request only carried the page's own encoding of it. Its end
+    // leaves as soon as the host has heard of it, or before anything the host's handlers send meanwhile:
+    // the page answers no script while its top document's request waits, and handlers may well ask it.
     if (urls::IsEvent(engineUrl)) {
-        Fail(requestId);
+        if (Alive()) m_engine->Connection().SendAfterHandler("Fetch.failRequest", {{"requestId", requestId}, {"errorReason", "Aborted"}}, m_session);
         if (announce) m_listener->OnBeforeNavigate(nav);
         return;
     }

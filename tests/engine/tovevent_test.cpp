@@ -115,5 +115,26 @@ TEST_F(Tovevent, LongLinksScriptNavigationsAndFramesCarryTheirUrlAndFrame)
     EXPECT_EQ("f=1", PostedData());
 }
 
+TEST_F(Tovevent, AFrontEndThatReadsThePageInsideTheEventGetsItsAnswer)
+{
+    // The engine's request for the link waits until the browser ends it; a page answers no script
+    // meanwhile. What the front end asks inside its handler must find the request already ended.
+    PutPage(L"read.htm", "<html><body><p id=\"m\">marker 4711</p><a href=\"TOVEVENT:READ\" style=\"position:absolute;"
+                         "left:10px;top:40px;width:200px;height:30px;display:block\">read</a></body></html>");
+    ShowPage(L"read.htm");
+    std::vector<std::wstring> read;
+    events.onEvent = [&](const FiredEvent& e) {
+        if (e.id == 1) read.push_back(Html());
+    };
+    for (int i = 0; i < 2; ++i) {
+        FiredEvent e = ClickForEvent(20, 50);
+        EXPECT_EQ(L"TOVEVENT:READ", JoinedUrl(e));
+    }
+    events.onEvent = nullptr;
+    ASSERT_EQ(2u, read.size());
+    for (const auto& html : read) EXPECT_NE(std::wstring::npos, html.find(L"marker 4711")) << "the page answered inside the event";
+    ExpectStillOn(L"marker 4711");
+}
+
 } // namespace
 } // namespace tovtest

@@ -33,10 +33,10 @@ HRESULT CProxy_TOVHTMLControlEvents::Fire(DISPID id, const std::vector<tov::Vari
         // The connection holds the sink's dispatch interface for the event interface: no QueryInterface.
         auto* disp = reinterpret_cast<IDispatch*>(sink.Get());
         DISPPARAMS params{list.empty() ? nullptr : list.data(), nullptr, static_cast<UINT>(list.size()), 0};
-        tov::Variant result;
-        result.lVal = 0; // a sink that leaves the result alone answers 0
+        tov::Variant result; // a sink that leaves the result alone answers success
         disp->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, &result, nullptr, nullptr);
-        hr = result.lVal;
+        // Only a number or an error code is an answer; the bits of a string or object pointer are none.
+        hr = result.vt == VT_I4 ? static_cast<HRESULT>(result.lVal) : result.vt == VT_ERROR ? result.scode : S_OK;
     }
     return hr;
 }

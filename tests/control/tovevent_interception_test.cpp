@@ -1,6 +1,7 @@
 // TOVEVENT links and forms: recognised in any letter case, cancelled, unescaped, cut into eight pieces
 // and delivered to the front end; other URLs go on unless the navigation style blocks or re-issues them. (The
 // prefix, unescaping and packing rules themselves: tests/native.)
+#include <new>
 #include "support/back_channel_fixture.h"
 #include "frontend/scripted_document.h"
 #include "frontend/table_standin.h"
@@ -62,6 +63,57 @@ TEST_F(TovEventInterception, OnlyDeliveredEventsRunTheSubmittedDataScript)
     ASSERT_EQ(1u, document->Page().scripts.size());
     EXPECT_EQ(L"submitted();", document->Page().scripts[0].text);
     browser->SetDocument(nullptr);
+}
+
+// The front end's answer counts only as a number or an error code: a failure stops the script, anything
+// else (an object, whatever its pointer's bits, or nothing) lets it run.
+TEST_F(TovEventInterception, OnlyANumberOrAnErrorCodeAnswerStopsTheSubmittedDataScript)
+{
+    auto document = tovfe::ScriptedDocument::Create();
+    browser->SetDocument(document->AsDispatch());
+    auto table = tovfe::MakeScriptTable({"submitted();"}, 12);
+    ASSERT_EQ(S_OK, control->putref_ScriptOnDataSubmitted(table.Object()));
+
+    // An object whose pointer's low half reads as a failure code: placed at such an address.
+    struct Placed final : IUnknown {
+        STDMETHODIMP QueryInterface(REFIID, void** ppv) override { *ppv = nullptr; return E_NOINTERFACE; }
+        STDMETHODIMP_(ULONG) AddRef() override { return ++refs; }
+        STDMETHODIMP_(ULONG) Release() override { return --refs; }
+        ULONG refs = 1;
+    };
+    void* place = nullptr;
+    for (ULONG_PTR at = 0x180000000ull; !place && at < 0x800000000ull; at += 0x100000000ull)
+        place = VirtualAlloc(reinterpret_cast<void*>(at), 0x10000, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+    ASSERT_NE(nullptr, place) << "no address whose low half is negative was free";
+    ASSERT_LT(static_cast<LONG>(reinterpret_cast<ULONG_PTR>(place)), 0);
+    Placed* object = new (place) Placed();
+
+    struct Case {
+        const char* what;
+        VARIANT answer;
+        bool runs;
+    };
+    std::vector<Case> cases(4);
+    cases[0] = {"a negative number", {}, false};
+    cases[0].answer.vt = VT_I4;
+    cases[0].answer.lVal = E_FAIL;
+    cases[1] = {"an error code", {}, false};
+    cases[1].answer.vt = VT_ERROR;
+    cases[1].answer.scode = DISP_E_EXCEPTION;
+    cases[2] = {"an object", {}, true};
+    cases[2].answer.vt = VT_UNKNOWN;
+    cases[2].answer.punkVal = object;
+    cases[3] = {"nothing", {}, true};
+    for (const Case& c : cases) {
+        document->Page().scripts.clear();
+        sink.answerVariant = &c.answer;
+        EXPECT_EQ(1, browser->SubmitForm(L"TOVEVENT:Save", "a=1").cancel) << c.what;
+        EXPECT_EQ(c.runs ? 1u : 0u, document->Page().scripts.size()) << c.what;
+    }
+    sink.answerVariant = nullptr;
+    browser->SetDocument(nullptr);
+    EXPECT_EQ(1u, object->refs) << "the control released the answer it got";
+    VirtualFree(place, 0, MEM_RELEASE);
 }
 
 TEST_F(TovEventInterception, RestrictedStyleBlocksForeignSchemesInPagesAndFrames)

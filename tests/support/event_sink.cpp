@@ -29,8 +29,12 @@ STDMETHODIMP RecordingEventSink::Invoke(DISPID id, REFIID, LCID lcid, WORD, DISP
     if (onEvent) onEvent(e);
     if (result) {
         VariantInit(result);
-        result->vt = VT_I4;
-        result->lVal = answer;
+        if (answerVariant) {
+            VariantCopy(result, const_cast<VARIANT*>(answerVariant));
+        } else {
+            result->vt = VT_I4;
+            result->lVal = answer;
+        }
     }
     return S_OK;
 }

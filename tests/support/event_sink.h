@@ -30,6 +30,8 @@ public:
     std::vector<LCID> locales;
     std::function<void(const FiredEvent&)> onEvent;
     HRESULT answer = S_OK;
+    // When set, the sink answers with this VARIANT instead of `answer` as a VT_I4 (the test owns it).
+    const VARIANT* answerVariant = nullptr;
     IID iid = DIID__TOVHTMLControlEvents;
     ULONG m_refs = 1; // owned by the test's stack frame
 };

@@ -1,4 +1,6 @@
 #include "support/process_state.h"
+#include <algorithm>
+#include <vector>
 #include "framework/com_ptr.h"
 
 namespace tovtest {
@@ -19,20 +21,38 @@ int ThreadWindowCount()
 
 namespace {
 
-DWORD NextHandleIndex()
+// Wine hands out a free slot of a table before it grows it. Taking many slots at once and reading the
+// highest index tells how many slots the process holds: the highest index is the table's end plus what
+// the free slots could not serve, so highest - taken is the number of live objects (plus the table's
+// start), as long as fewer slots are free than were taken.
+constexpr int kProbeSlots = 512;
+
+DWORD LiveHandles()
 {
-    HANDLE h = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    const DWORD index = static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(h) >> 2);
-    CloseHandle(h);
-    return index;
+    std::vector<HANDLE> taken;
+    ULONG_PTR highest = 0;
+    for (int i = 0; i < kProbeSlots; ++i) {
+        HANDLE h = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+        if (!h) break;
+        taken.push_back(h);
+        highest = std::max(highest, reinterpret_cast<ULONG_PTR>(h) >> 2);
+    }
+    for (HANDLE h : taken) CloseHandle(h);
+    return static_cast<DWORD>(highest - taken.size());
 }
 
-DWORD NextGdiIndex()
+DWORD LiveGdiObjects()
 {
-    HBRUSH b = CreateSolidBrush(RGB(1, 2, 3));
-    const DWORD index = LOWORD(reinterpret_cast<ULONG_PTR>(b));
-    DeleteObject(b);
-    return index;
+    std::vector<HBRUSH> taken;
+    DWORD highest = 0;
+    for (int i = 0; i < kProbeSlots; ++i) {
+        HBRUSH b = CreateSolidBrush(RGB(1, 2, 3));
+        if (!b) break;
+        taken.push_back(b);
+        highest = std::max<DWORD>(highest, LOWORD(reinterpret_cast<ULONG_PTR>(b)));
+    }
+    for (HBRUSH b : taken) DeleteObject(b);
+    return highest - static_cast<DWORD>(taken.size());
 }
 
 // Wine's table of USER objects is shared by every process of the prefix and hands out the slot freed
@@ -71,9 +91,9 @@ int ProcessWindowCount()
 ProcessState ProcessState::Now()
 {
     ProcessState s;
-    if (!GetProcessHandleCount(GetCurrentProcess(), &s.handles) || s.handles == 0) s.handles = NextHandleIndex();
+    if (!GetProcessHandleCount(GetCurrentProcess(), &s.handles) || s.handles == 0) s.handles = LiveHandles();
     s.gdiObjects = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    if (s.gdiObjects == 0) s.gdiObjects = NextGdiIndex();
+    if (s.gdiObjects == 0) s.gdiObjects = LiveGdiObjects();
     s.userObjects = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
     if (s.userObjects == 0) s.userObjects = static_cast<DWORD>(ProcessWindowCount());
     s.windows = ThreadWindowCount();

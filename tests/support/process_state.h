@@ -14,8 +14,8 @@ int ThreadWindowCount();
 using tovfe::TempFolderFiles;
 
 // Where the platform does not count (Wine answers 0 for handle and GUI object counts), handles and GDI
-// objects are the table index a fresh object of that kind gets (objects never freed push it up) and USER
-// objects are the process's windows.
+// objects are read from the tables' fill (see process_state.cpp) and USER objects are the process's
+// windows.
 struct ProcessState {
     DWORD handles = 0;
     DWORD gdiObjects = 0;

@@ -83,7 +83,8 @@ int RunWorkbench(const WorkbenchOptions& options)
         const std::wstring path = options.pictures + L"\\" + file;
         if (SUCCEEDED(SaveWindowPng(fe.Frame(), path))) std::printf("  screenshot: %s\n", ShownPath(path).c_str());
     };
-    std::printf("workbench: serving %s through the front end's data provider\n", ShownPath(folder).c_str());
+    std::printf("workbench: serving %s through the front end's data provider (process %lu)\n", ShownPath(folder).c_str(),
+                static_cast<unsigned long>(GetCurrentProcessId()));
     if (!fe.Start(folder)) return 1;
     const LONG code = fe.ShowData(options.start);
     if (code == -1) std::printf("workbench: \"%s\" has not completed yet (a script that does not end?)\n", ConsoleText(options.start).c_str());

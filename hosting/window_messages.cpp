@@ -16,6 +16,42 @@ bool FieldSet(LPARAM record, size_t offset)
     std::memcpy(&value, reinterpret_cast<const BYTE*>(record) + offset, sizeof(value));
     return value != 0;
 }
+
+// Whether [p, p + n) is committed, readable memory of this process.
+bool Readable(const void* p, size_t n)
+{
+    const auto* at = static_cast<const BYTE*>(p);
+    const auto* end = at + n;
+    if (!p || end < at) return false;
+    while (at < end) {
+        MEMORY_BASIC_INFORMATION info{};
+        if (!VirtualQuery(at, &info, sizeof info) || info.State != MEM_COMMIT) return false;
+        const DWORD access = info.Protect & 0xFF;
+        if ((info.Protect & PAGE_GUARD) || access == PAGE_NOACCESS || access == PAGE_EXECUTE) return false;
+        at = static_cast<const BYTE*>(info.BaseAddress) + info.RegionSize;
+    }
+    return true;
+}
+
+// The two messages carry pointers into the sender's memory: they mean something only when this thread
+// sent or posted them itself and the pointer leads to readable memory here. A message another thread or
+// process sent, or a pointer into nothing, is ignored.
+bool OwnRecord(const void* record, size_t size)
+{
+    return InSendMessageEx(nullptr) == ISMEX_NOSEND && Readable(record, size);
+}
+
+// The front end's protocol is the message names; their numbers are whatever the system gives, once.
+UINT ReadyForInputMessage()
+{
+    static const UINT message = RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT");
+    return message;
+}
+UINT WantKeyMessage()
+{
+    static const UINT message = RegisterWindowMessageA("WM_TOV_WANTKEY");
+    return message;
+}
 } // namespace
 
 bool CTOVHTMLControl::OnMessage(UINT msg, WPARAM wParam, LPARAM lParam, LRESULT& result)
@@ -46,17 +82,16 @@ bool CTOVHTMLControl::OnMessage(UINT msg, WPARAM wParam, LPARAM lParam, LRESULT&
     default:
         break;
     }
-    // The front end's protocol is the message names; their numbers are whatever the system gives.
-    if (msg == RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT")) {
-        // Without a record both flags stay as they are.
-        if (lParam) {
+    if (msg != 0 && msg == ReadyForInputMessage()) {
+        // Without a record of its own both flags stay as they are.
+        if (lParam && OwnRecord(reinterpret_cast<const void*>(lParam), kHoldOffset + sizeof(LONG))) {
             m_bHoldNavigateComplete = FieldSet(lParam, kHoldOffset);
             m_bReadyForInput = FieldSet(lParam, kReadyOffset);
         }
         result = 0;
         return true;
     }
-    if (msg == RegisterWindowMessageA("WM_TOV_WANTKEY")) {
+    if (msg != 0 && msg == WantKeyMessage()) {
         result = OnTOVWantKey(wParam);
         return true;
     }
@@ -68,7 +103,7 @@ LRESULT CTOVHTMLControl::OnTOVWantKey(WPARAM wParam)
     GetKeyState(VK_CONTROL);
     GetKeyState(VK_SHIFT);
     CTraceScope scope(m_trace, TraceSinkRef(), "OnTOVWantKey");
-    if (!wParam) return 0;
+    if (!wParam || !OwnRecord(reinterpret_cast<const void*>(wParam), sizeof(MSG))) return 0;
     const auto* message = reinterpret_cast<const MSG*>(wParam);
     return host::WantsKey(static_cast<uint64_t>(message->wParam)) ? 1 : 0;
 }

@@ -129,6 +129,41 @@ TEST_F(TempFiles, EveryFileIsDeletedAtReleaseAHeldOneTriedTwice)
     DeleteFileW(held.c_str());
 }
 
+// A provider name's escaped bytes need not be text in the thread's code page: under 932 the file made for
+// such a name is deleted at release all the same, by its wide name, without the ANSI retry; under 1252
+// every name goes the ANSI way as before. Checked on the file system.
+TEST_F(TempFiles, FilesWhoseNamesDoNotSurviveTheCodePageAreDeletedToo)
+{
+    const LCID before = GetThreadLocale();
+    for (const LANGID language : {MAKELANGID(LANG_JAPANESE, SUBLANG_DEFAULT), MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US)}) {
+        ASSERT_TRUE(SetThreadLocale(MAKELCID(language, SORT_DEFAULT)));
+        CPINFOEXW info{};
+        ASSERT_TRUE(GetCPInfoExW(CP_THREAD_ACP, 0, &info));
+        SCOPED_TRACE(testing::Message() << "thread code page " << info.CodePage);
+        ASSERT_EQ(language == MAKELANGID(LANG_JAPANESE, SUBLANG_DEFAULT) ? 932u : 1252u, info.CodePage);
+
+        auto other = ocx.CreateControl();
+        tovtest::AtlHost otherHost;
+        ASSERT_EQ(S_OK, otherHost.Attach(other.Get()));
+        LONG code = -1;
+        ASSERT_EQ(S_OK, other->InitControl(&code));
+        std::vector<std::wstring> made;
+        for (const wchar_t* url : {L"tovq5:/a/%82%A0%81%20%FDmega.gif", L"tovq5:/a/%82%A0%82%A2.gif", L"tovq5:/a/%E4%F6%FC.gif"}) {
+            DataStore::Instance().Put(url, "GIF89a", L"gif");
+            code = -1;
+            EXPECT_EQ(S_OK, other->ShowData(Bstr(url).Get(), nullptr, 1, &code));
+            EXPECT_EQ(0, code) << url;
+            const std::wstring path = Navigated(); // the browsers share one log
+            EXPECT_TRUE(FileExists(path)) << "made: " << testing::PrintToString(path);
+            made.push_back(path);
+        }
+        otherHost.Destroy();
+        other.Reset();
+        for (const auto& path : made) EXPECT_FALSE(FileExists(path)) << "left behind: " << testing::PrintToString(path);
+    }
+    SetThreadLocale(before);
+}
+
 TEST_F(TempFiles, EachProviderFailureHasItsTraceTextAndNoFile)
 {
     struct Case {

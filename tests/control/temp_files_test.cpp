@@ -4,6 +4,7 @@
 #include <algorithm>
 #include "support/import_hook.h"
 #include "support/initialized_control_fixture.h"
+#include "frontend/temp_folder.h"
 
 using tov::Bstr;
 using tovfe::DataStore;
@@ -157,6 +158,13 @@ TEST_F(TempFiles, FilesWhoseNamesDoNotSurviveTheCodePageAreDeletedToo)
             EXPECT_TRUE(FileExists(path)) << "made: " << testing::PrintToString(path);
             made.push_back(path);
         }
+        // A name no file can have: the described failure, and nothing made.
+        const auto filesBefore = tovfe::TempFolderFiles();
+        DataStore::Instance().Put(L"tovq5:/a/what%3F%2A.gif", "GIF89a", L"gif");
+        code = -1;
+        EXPECT_EQ(S_OK, other->ShowData(Bstr(L"tovq5:/a/what%3F%2A.gif").Get(), nullptr, 1, &code));
+        EXPECT_EQ(5, code);
+        EXPECT_EQ(filesBefore, tovfe::TempFolderFiles());
         otherHost.Destroy();
         other.Reset();
         for (const auto& path : made) EXPECT_FALSE(FileExists(path)) << "left behind: " << testing::PrintToString(path);

@@ -165,7 +165,16 @@ private:
         FreeOnceBrowserLetGo();
         return hr;
     }
-    // The automation method pattern: trace scope, return code, browser check, exception guard.
+    // Every method the front end or a container calls runs under this: the control holds itself for the
+    // whole call (the browser fires events from inside its own methods, and a front end's handler may drop
+    // the last reference to the control there), and an exception becomes the call's HRESULT.
+    template <class F> HRESULT MethodCall(F&& body) noexcept
+    {
+        tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
+        return tov::GuardedCall(std::forward<F>(body));
+    }
+    // The automation method pattern: trace scope, return code, browser check, exception guard, and the
+    // control held for the whole call as in MethodCall.
     template <class Body>
     HRESULT AutomationCall(std::string_view scopeName, const char* invalidText, LONG* pRetCode, Body&& body);
     // Calls one history command of the browser with its failure text.

@@ -16,6 +16,7 @@ inline constexpr LONG kBrowserFailed = 5;
 template <class Body>
 HRESULT CTOVHTMLControl::AutomationCall(std::string_view scopeName, const char* invalidText, LONG* pRetCode, Body&& body)
 {
+    tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
     LONG code = tov::codes::kSuccess;
     try {
         CTraceScope scope(m_trace, TraceSinkRef(), scopeName);

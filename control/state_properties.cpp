@@ -53,7 +53,7 @@ STDMETHODIMP CTOVHTMLControl::put_SimpleBrowse(LONG newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_TargetFrame(BSTR* pVal)
 {
-    return GuardedCall([&] { return CopyOut(m_bstrTargetFrame, pVal); });
+    return MethodCall([&] { return CopyOut(m_bstrTargetFrame, pVal); });
 }
 
 STDMETHODIMP CTOVHTMLControl::put_TargetFrame(BSTR newVal)
@@ -64,7 +64,7 @@ STDMETHODIMP CTOVHTMLControl::put_TargetFrame(BSTR newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_Headers(BSTR* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_Headers");
         return CopyOut(m_bstrHeaders, pVal);
     });
@@ -72,7 +72,7 @@ STDMETHODIMP CTOVHTMLControl::get_Headers(BSTR* pVal)
 
 STDMETHODIMP CTOVHTMLControl::put_Headers(BSTR newVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_Headers");
         return Replace(m_bstrHeaders, newVal) ? S_OK : E_FAIL;
     });
@@ -80,7 +80,7 @@ STDMETHODIMP CTOVHTMLControl::put_Headers(BSTR newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_URLLength(LONG* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_URLLength");
         if (pVal) *pVal = m_lURLLength;
         return S_OK;
@@ -95,7 +95,7 @@ STDMETHODIMP CTOVHTMLControl::put_URLLength(LONG newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_PostDataLength(LONG* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_PostDataLength");
         if (pVal) *pVal = m_lPostDataLength;
         return S_OK;
@@ -110,7 +110,7 @@ STDMETHODIMP CTOVHTMLControl::put_PostDataLength(LONG newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_PostData(IDispatch** pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_PostData");
         if (!pVal) return S_OK;
         *pVal = m_pPostData.CopyOut();
@@ -121,7 +121,7 @@ STDMETHODIMP CTOVHTMLControl::get_PostData(IDispatch** pVal)
 
 STDMETHODIMP CTOVHTMLControl::put_PostData(IDispatch* newVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_PostData");
         m_pPostData = newVal;
         return S_OK;
@@ -142,7 +142,7 @@ STDMETHODIMP CTOVHTMLControl::put_UIFlag(LONG newVal)
 
 STDMETHODIMP CTOVHTMLControl::put_ScriptRecording(LONG newVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_ScriptRecording");
         m_bScriptRecording = newVal;
         return S_OK;

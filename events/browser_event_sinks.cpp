@@ -38,4 +38,7 @@ STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch* frame, VARIANT)
 {
     return m_control.HandleBrowserCall([&] { m_control.OnDocumentComplete(frame); return S_OK; });
 }
-STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel) { return m_control.NewWindow2(ppDisp, Cancel); }
+STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel)
+{
+    return m_control.HandleBrowserCall([&] { return m_control.NewWindow2(ppDisp, Cancel); });
+}

@@ -6,9 +6,7 @@ using namespace tov;
 
 STDMETHODIMP CTOVHTMLControl::TrackContextMenu(IDispatch* pMenu, LONG nPosX, LONG nPosY)
 {
-    GuardedCall([&] {
-        // The menu service may run a modal loop in which the front end lets go of the control.
-        ComPtr<IUnknown> keepAlive(ControllingUnknown());
+    MethodCall([&] {
         auto menu = QueryAs<ITOVContextMenu>(pMenu, IID_ITOVContextMenu);
         CTraceScope scope(m_trace, TraceSinkRef(), "TrackContextMenu");
         if (!menu || !GetContextMenuService()) return S_OK;

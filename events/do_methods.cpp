@@ -3,8 +3,6 @@
 
 template <class Fire> void CTOVHTMLControl::FireFromFrontEnd(std::string_view scopeName, Fire&& fire)
 {
-    // A handler may drop the front end's last reference to the control while it runs.
-    tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
     CTraceScope scope(m_trace, TraceSinkRef(), scopeName);
     fire();
 }
@@ -12,7 +10,7 @@ template <class Fire> void CTOVHTMLControl::FireFromFrontEnd(std::string_view sc
 STDMETHODIMP CTOVHTMLControl::DoTOVEVENT(BSTR FrameName, LONG PostDataLen, BSTR pURL1, BSTR pURL2, BSTR pURL3,
                                          BSTR pURL4, BSTR pURL5, BSTR pURL6, BSTR pURL7, BSTR pURL8)
 {
-    return tov::GuardedCall([&] {
+    return MethodCall([&] {
         FireFromFrontEnd("DoTOVEVENT", [&] {
             m_events.Fire_BeforeNavigate(FrameName, PostDataLen, pURL1, pURL2, pURL3, pURL4, pURL5, pURL6, pURL7, pURL8);
         });
@@ -22,7 +20,7 @@ STDMETHODIMP CTOVHTMLControl::DoTOVEVENT(BSTR FrameName, LONG PostDataLen, BSTR 
 
 STDMETHODIMP CTOVHTMLControl::DoNavigateComplete(BSTR strURL)
 {
-    return tov::GuardedCall([&] {
+    return MethodCall([&] {
         FireFromFrontEnd("DoNavigateComplete", [&] { m_events.Fire_NavigateComplete(strURL); });
         return S_OK;
     });
@@ -30,7 +28,7 @@ STDMETHODIMP CTOVHTMLControl::DoNavigateComplete(BSTR strURL)
 
 STDMETHODIMP CTOVHTMLControl::DoContextMenuSelected(BSTR strFCode)
 {
-    return tov::GuardedCall([&] {
+    return MethodCall([&] {
         FireFromFrontEnd("DoContextMenuSelected", [&] { m_events.Fire_ContextMenuSelected(strFCode); });
         return S_OK;
     });
@@ -38,7 +36,7 @@ STDMETHODIMP CTOVHTMLControl::DoContextMenuSelected(BSTR strFCode)
 
 STDMETHODIMP CTOVHTMLControl::DoContextMenuRequest(LONG lPosX, LONG lPosY)
 {
-    return tov::GuardedCall([&] {
+    return MethodCall([&] {
         FireFromFrontEnd("DoContextMenuRequest", [&] { m_events.Fire_ContextMenuRequest(lPosX, lPosY); });
         return S_OK;
     });

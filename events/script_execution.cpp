@@ -23,12 +23,12 @@ HRESULT CTOVHTMLControl::GetScriptFromITab(IDispatch* table, int kind)
 
 STDMETHODIMP CTOVHTMLControl::putref_ScriptText(IDispatch* a)
 {
-    return GuardedCall([&] { return GetScriptFromITab(a, 1); });
+    return MethodCall([&] { return GetScriptFromITab(a, 1); });
 }
 
 STDMETHODIMP CTOVHTMLControl::putref_ScriptOnBRELCompleted(IDispatch* a)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         m_bScriptOnBRELCompleted = 1;
         return GetScriptFromITab(a, 2);
     });
@@ -36,7 +36,7 @@ STDMETHODIMP CTOVHTMLControl::putref_ScriptOnBRELCompleted(IDispatch* a)
 
 STDMETHODIMP CTOVHTMLControl::putref_ScriptOnDataSubmitted(IDispatch* a)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         m_bScriptOnDataSubmitted = 1;
         return GetScriptFromITab(a, 3);
     });
@@ -45,7 +45,7 @@ STDMETHODIMP CTOVHTMLControl::putref_ScriptOnDataSubmitted(IDispatch* a)
 STDMETHODIMP CTOVHTMLControl::ExecuteScript()
 {
     // The front end learns nothing of a script that could not run: the page reports its own errors.
-    GuardedCall([&] {
+    MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "ExecuteScript");
         const std::string script = m_strScriptText;
         InternalExecuteScript(script);

@@ -17,7 +17,7 @@ void StoreSignOn(BOOL& enabled, Bstr& ticket, Bstr& service, BSTR newTicket, BST
 
 STDMETHODIMP CTOVHTMLControl::EnableTOVSSO(LONG /*bEnabled: every call enables it*/, BSTR mySSOTicket, BSTR mySSOServiceUrl)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "EnableTOVSSO");
         scope.Detail(ToAnsi(Bstr::CopyOf(mySSOServiceUrl).View()));
         StoreSignOn(m_bSSOEnabled, m_bstrSSOTicket, m_bstrSSOServiceUrl, mySSOTicket, mySSOServiceUrl);
@@ -27,7 +27,7 @@ STDMETHODIMP CTOVHTMLControl::EnableTOVSSO(LONG /*bEnabled: every call enables i
 
 STDMETHODIMP CTOVHTMLControl::EnableSecSess(BSTR mySSOTicket, BSTR mySSOServiceUrl)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "EnableSecSess");
         scope.Detail(ToAnsi(Bstr::CopyOf(mySSOServiceUrl).View()));
         StoreSignOn(m_bSecSessEnabled, m_bstrSecSessTicket, m_bstrSecSessServiceUrl, mySSOTicket, mySSOServiceUrl);

@@ -113,6 +113,10 @@ HRESULT ScriptedBrowser::Record(std::wstring name, std::vector<std::wstring> arg
     Call call{std::move(name), std::move(args)};
     m_log->Add(call.name, call.args);
     m_ownLog.Add(call.name, call.args);
+    if (whileCalled) {
+        const auto run = whileCalled; // the handler may replace itself
+        run(call);
+    }
     return m_plan.Outcome(call);
 }
 

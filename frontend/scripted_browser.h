@@ -8,6 +8,7 @@
 #include <mshtmhst.h>
 #include <ocidl.h>
 #include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 #include "frontend/call_log.h"
@@ -64,6 +65,9 @@ public:
     // NavigateComplete, each frame's FrameNavigateComplete and DocumentComplete (with the frame's own
     // object), and last the top DocumentComplete with this browser's IDispatch.
     NavigationOutcome LoadPage(const std::wstring& url, const std::vector<std::wstring>& frameUrls = {});
+    // Runs inside every recorded call, after it was logged: a test's way to have the browser do something
+    // (fire events, for instance) from inside a method the control called.
+    std::function<void(const Call&)> whileCalled;
     // The completion steps on their own.
     HRESULT CompleteTopNavigation(const std::wstring& url);
     HRESULT CompleteFrame(size_t index, const std::wstring& url);

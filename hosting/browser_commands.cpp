@@ -24,7 +24,7 @@ int CTOVHTMLControl::ScreenZoom() const
 STDMETHODIMP CTOVHTMLControl::ExecuteWB(LONG nCmdId, LONG nCmdOpt)
 {
     // The command's own result is not reported, nor is a failure on the way to it.
-    GuardedCall([&] {
+    MethodCall([&] {
         Variant zoom = Variant::I4(ScreenZoom());
         CTraceScope scope(m_trace, TraceSinkRef(), "ExecuteWB");
         scope.Detail("Command ID: " + std::to_string(nCmdId));
@@ -57,7 +57,7 @@ void CTOVHTMLControl::PrintDocument()
 
 STDMETHODIMP CTOVHTMLControl::get_BrowserVersion(LONG* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_BrowserVersion");
         LONG answer = -1;
         bool created = false;
@@ -87,7 +87,7 @@ STDMETHODIMP CTOVHTMLControl::get_BrowserVersion(LONG* pVal)
 
 STDMETHODIMP CTOVHTMLControl::get_BrowserString(BSTR* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_BrowserString");
         if (m_bstrBrowserString.Length() == 0) {
             std::string version;
@@ -115,7 +115,7 @@ STDMETHODIMP CTOVHTMLControl::get_BrowserString(BSTR* pVal)
 
 STDMETHODIMP CTOVHTMLControl::get_BrowserHandle(IDispatch** pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_BrowserHandle");
         if (pVal) *pVal = m_pWebBrowser.CopyOut();
         return S_OK;
@@ -124,7 +124,7 @@ STDMETHODIMP CTOVHTMLControl::get_BrowserHandle(IDispatch** pVal)
 
 STDMETHODIMP CTOVHTMLControl::get_NavigationStyle(BSTR* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_NavigationStyle");
         if (!pVal) return E_POINTER;
         // Reads back the target frame, not the style: the front end has always seen it so.
@@ -135,7 +135,7 @@ STDMETHODIMP CTOVHTMLControl::get_NavigationStyle(BSTR* pVal)
 
 STDMETHODIMP CTOVHTMLControl::put_NavigationStyle(BSTR newVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_NavigationStyle");
         m_bstrNavigationStyle = Bstr::CopyOf(newVal);
         // The style is read as a C string of at most nine bytes; a longer or null style reads as none.
@@ -151,7 +151,7 @@ STDMETHODIMP CTOVHTMLControl::put_NavigationStyle(BSTR newVal)
 
 STDMETHODIMP CTOVHTMLControl::DropAcceptFiles(LONG val)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         if (m_pWebBrowser) m_pWebBrowser->put_RegisterAsDropTarget(val ? VARIANT_TRUE : VARIANT_FALSE);
         return S_OK;
     });

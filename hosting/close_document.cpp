@@ -6,8 +6,7 @@ using namespace tov;
 
 STDMETHODIMP CTOVHTMLControl::CloseDocument()
 {
-    ComPtr<IUnknown> keepAlive(ControllingUnknown());
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "CloseDocument");
         if (m_pSimpleBrowseDlg && m_bSimpleBrowse && CloseSimpleBrowseWindow()) return S_OK;
         if (!m_pDetachedBrowser) {

@@ -55,7 +55,7 @@ ComPtr<IHTMLDocument2> CTOVHTMLControl::CurrentDocument(const CTraceScope& scope
 
 STDMETHODIMP CTOVHTMLControl::GetHTMLSourceContent(BSTR* str)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "GetDocumentHTML");
         if (!str) return E_POINTER;
         const ComPtr<IHTMLDocument2> document = CurrentDocument(scope);
@@ -82,7 +82,7 @@ STDMETHODIMP CTOVHTMLControl::GetHTMLSourceContent(BSTR* str)
 
 STDMETHODIMP CTOVHTMLControl::SetHTMLSourceContent(BSTR* str)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "Set DocumentHTML");
         if (!str) return E_POINTER;
         // The document only has to exist; what it holds is replaced.
@@ -121,7 +121,7 @@ STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR* pstrCharset)
 {
     if (!pstrCharset) return E_POINTER;
     // Whatever fails, the front end keeps its own default charset and goes on.
-    GuardedCall([&] {
+    MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "GetCharsetString");
         // Data scanned without a charset tag: the caller keeps its own default.
         if (!m_bMetaTagFound && m_bDataCharsetChecked) return S_OK;

@@ -49,9 +49,7 @@ STDMETHODIMP CTOVHTMLControl::LoadIconFont(BSTR iconRequest, BSTR* iconInfo)
 {
     if (!iconInfo) return E_POINTER;
     *iconInfo = nullptr;
-    // The front end's service runs inside this call and may drop its last reference to the control.
-    ComPtr<IUnknown> keepAlive(ControllingUnknown());
-    return GuardedCall([&] {
+    return MethodCall([&] {
         Bstr answer;
         const bool answered = ParseXMLIconRequest(iconRequest, answer);
         *iconInfo = answer.IsNull() ? Bstr(L"").Detach() : answer.Detach();

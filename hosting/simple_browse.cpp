@@ -23,7 +23,6 @@ ComPtr<IUnknown> HostedControl(HWND host)
 
 HRESULT CTOVHTMLControl::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* /*Cancel: never set*/)
 {
-    ComPtr<IUnknown> keepAlive(ControllingUnknown());
     try {
         CTraceScope scope(m_trace, TraceSinkRef(), "NewWindow2");
         // Off: the browser opens its own new window.

@@ -38,7 +38,7 @@ bool ReplacePrefix(Bstr& member, BSTR newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_URLPrefixLocal(BSTR* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_URLPrefixLocal");
         return CopyPrefixOut(m_bstrURLPrefixLocal, pVal);
     });
@@ -46,7 +46,7 @@ STDMETHODIMP CTOVHTMLControl::get_URLPrefixLocal(BSTR* pVal)
 
 STDMETHODIMP CTOVHTMLControl::put_URLPrefixLocal(BSTR newVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_URLPrefixLocal");
         if (!ReplacePrefix(m_bstrURLPrefixLocal, newVal)) scope.Write("LPDISPATCH newVal is inalid", trace::kFailure);
         return S_OK;
@@ -55,7 +55,7 @@ STDMETHODIMP CTOVHTMLControl::put_URLPrefixLocal(BSTR newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_URLPrefixGlobal(BSTR* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_URLPrefixGlobal");
         return CopyPrefixOut(m_bstrURLPrefixGlobal, pVal);
     });
@@ -63,7 +63,7 @@ STDMETHODIMP CTOVHTMLControl::get_URLPrefixGlobal(BSTR* pVal)
 
 STDMETHODIMP CTOVHTMLControl::put_URLPrefixGlobal(BSTR newVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_URLPrefixGlobal");
         ReplacePrefix(m_bstrURLPrefixGlobal, newVal);
         return S_OK;
@@ -72,7 +72,7 @@ STDMETHODIMP CTOVHTMLControl::put_URLPrefixGlobal(BSTR newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_TryUseTOVHTMLP(LONG* pVal)
 {
-    return GuardedCall([&] {
+    return MethodCall([&] {
         LONG result = -2;
         if (!m_pOleObject) {
             CLSID clsid;

@@ -127,3 +127,56 @@ TEST_F(BackChannelReentrancy, HandlerReleasesItsReferenceToTheControl)
     EXPECT_EQ(S_OK, ocx.CanUnloadNow()) << "the control is gone";
     pagePoint->Unadvise(laterCookie);
 }
+
+// The browser fires its events from inside the methods the control calls; a front end may let go of the
+// control in a handler there. The control holds itself until its own method has returned.
+TEST_F(BackChannelReentrancy, AFrontEndThatLetsGoInsideShowURLShowDataOrGoBack)
+{
+    tovfe::DataStore::Instance().Put(L"http://srv/app/page.htm", "<html></html>", L"html");
+    // The browser fires a TOVEVENT click from inside whichever of its methods the control calls first.
+    for (const std::wstring method : {L"ShowURL", L"ShowData", L"GoBack"}) {
+        SCOPED_TRACE(testing::Message() << "during " << testing::PrintToString(method));
+        auto other = ocx.CreateControl();
+        tovtest::AtlHost otherHost;
+        ASSERT_EQ(S_OK, otherHost.Attach(other.Get()));
+        LONG code = -1;
+        ASSERT_EQ(S_OK, other->InitControl(&code));
+        other->put_URLPrefixLocal(tov::Bstr(L"http://srv/app/").Get());
+        LONG record[10] = {};
+        record[6] = 1; // ready for input
+        HWND otherWindow = nullptr;
+        if (auto window = tov::QueryAs<IOleWindow>(other.Get(), IID_IOleWindow)) window->GetWindow(&otherWindow);
+        SendMessageW(otherWindow, RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT"), 0, reinterpret_cast<LPARAM>(record));
+        RecordingEventSink dropping;
+        DWORD droppingCookie = 0;
+        {
+            tov::ComPtr<IConnectionPointContainer> points;
+            tov::ComPtr<IConnectionPoint> point;
+            other->QueryInterface(IID_IConnectionPointContainer, points.PutVoid());
+            ASSERT_EQ(S_OK, points->FindConnectionPoint(DIID__TOVHTMLControlEvents, point.Put()));
+            ASSERT_EQ(S_OK, point->Advise(&dropping, &droppingCookie));
+        }
+        dropping.onEvent = [&](const FiredEvent& e) {
+            if (e.id != 1) return;
+            otherHost.Destroy();
+            other.Reset();
+        };
+        tovfe::ScriptedBrowser* otherBrowser = browsers.Last();
+        ULONG afterEvent = 0;
+        otherBrowser->whileCalled = [&](const tovfe::Call& c) {
+            if (c.name != L"Navigate" && c.name != L"Navigate2" && c.name != L"GoBack") return;
+            otherBrowser->whileCalled = nullptr;
+            otherBrowser->ClickLink(L"TOVEVENT:Leave");
+            afterEvent = otherBrowser->RefCount(); // the event has returned, the browser's method has not
+        };
+        ITOVHTMLControl* raw = other.Get();
+        code = -1;
+        if (method == L"ShowURL") raw->ShowURL(tov::Bstr(L"http://srv/app/page.htm").Get(), nullptr, &code);
+        else if (method == L"ShowData") raw->ShowData(tov::Bstr(L"page.htm").Get(), nullptr, 1, &code);
+        else raw->GoBack(&code);
+        EXPECT_FALSE(other) << "the front end let go inside the event";
+        EXPECT_GT(afterEvent, 1u) << "the control lived on, holding its browser, while its method ran";
+        EXPECT_EQ(1u, otherBrowser->RefCount()) << "and went when the method returned";
+        EXPECT_EQ(0, code);
+    }
+}

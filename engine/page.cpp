@@ -338,15 +338,7 @@ void Page::OnEvent(const std::string& method, const Json& params)
     } else if (method == "Page.windowOpen") {
         const std::string url = StringField(params, "url");
         // The engine opened a page of its own for it; the browser's host decides where the URL goes.
-        Send("Target.getTargets", Json::object(), [weak = weak_from_this()](const Json* result, const Json*) {
-            auto page = weak.lock();
-            if (!page || !result) return;
-            const auto infos = result->find("targetInfos");
-            if (infos == result->end() || !infos->is_array()) return;
-            for (const Json& info : *infos)
-                if (StringField(info, "openerId") == page->m_target && StringField(info, "targetId") != page->m_target)
-                    page->m_engine->Connection().Send("Target.closeTarget", {{"targetId", StringField(info, "targetId")}});
-        });
+        ClosePagesOpenedByThis(kPopupLookups);
         m_listener->OnNewWindow(Wide(urls::FromEngine(url)));
     } else if (method == "Page.screencastFrame") {
         Send("Page.screencastFrameAck", {{"sessionId", IntField(params, "sessionId")}});
@@ -369,6 +361,24 @@ void Page::OnEvent(const std::string& method, const Json& params)
     } else if (method == "Inspector.targetCrashed" || method == "Inspector.detached") {
         m_listener->OnEngineGone();
     }
+}
+
+void Page::ClosePagesOpenedByThis(int lookupsLeft)
+{
+    // The engine lists the page it opened some time after it told of it: looked for again until found.
+    Send("Target.getTargets", Json::object(), [weak = weak_from_this(), lookupsLeft](const Json* result, const Json*) {
+        auto page = weak.lock();
+        if (!page || page->m_closed || !result) return;
+        bool found = false;
+        const auto infos = result->find("targetInfos");
+        if (infos != result->end() && infos->is_array())
+            for (const Json& info : *infos)
+                if (StringField(info, "openerId") == page->m_target && StringField(info, "targetId") != page->m_target) {
+                    page->m_engine->Connection().Send("Target.closeTarget", {{"targetId", StringField(info, "targetId")}});
+                    found = true;
+                }
+        if (!found && lookupsLeft > 1) page->ClosePagesOpenedByThis(lookupsLeft - 1);
+    });
 }
 
 void Page::OnFrameNavigated(const Json& frame)

@@ -97,6 +97,9 @@ private:
     void Fail(const std::string& requestId);
     void Continue(const std::string& requestId, const Json& extra = Json::object());
     void OnFrameNavigated(const Json& frame);
+    // Closes the pages the engine opened for this one's links and scripts (the host opens its own).
+    static constexpr int kPopupLookups = 500;
+    void ClosePagesOpenedByThis(int lookupsLeft);
     void OnFrameStoppedLoading(const std::string& frameId);
     std::string ListenerFrame(const std::string& frameId) const { return frameId == m_mainFrame ? std::string() : frameId; }
     std::string EngineFrame(const std::string& frameId) const { return frameId.empty() ? m_mainFrame : frameId; }

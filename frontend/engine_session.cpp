@@ -38,11 +38,18 @@ public:
     // Saves the front end's window (or `window`) as the next picture of the session.
     void Picture(const char* name, HWND window = nullptr)
     {
-        m_frontEnd.WaitFor([] { return false; }, 400); // the engine's next frame reaches the window
         wchar_t file[64];
         swprintf(file, 64, L"%02d-%hs.png", ++m_count, name);
         const std::wstring path = m_pictures + L"\\" + file;
-        const HRESULT hr = SaveWindowPng(window ? window : m_frontEnd.Frame(), path);
+        // The engine's next frame reaches the window; as a person would, the picture waits until the
+        // window shows the page rather than the blank it starts with (at most a few seconds).
+        HRESULT hr = E_FAIL;
+        m_frontEnd.WaitFor([] { return false; }, 400);
+        for (int attempt = 0; attempt < 25; ++attempt) {
+            hr = SaveWindowPng(window ? window : m_frontEnd.Frame(), path);
+            if (FAILED(hr) || PictureColours(path, 3) >= 3) break;
+            m_frontEnd.WaitFor([] { return false; }, 200);
+        }
         if (SUCCEEDED(hr)) std::printf("  screenshot: %s\n", ShownPath(path).c_str());
         else Fail("the window could not be saved as a picture", hr);
     }

@@ -158,7 +158,7 @@ TEST_F(TempFiles, FilesWhoseNamesDoNotSurviveTheCodePageAreDeletedToo)
             EXPECT_TRUE(FileExists(path)) << "made: " << testing::PrintToString(path);
             made.push_back(path);
         }
-        // A name no file can have: the described failure, and nothing made.
+        // A name no file can have: code 5, and nothing made.
         const auto filesBefore = tovfe::TempFolderFiles();
         DataStore::Instance().Put(L"tovq5:/a/what%3F%2A.gif", "GIF89a", L"gif");
         code = -1;

@@ -156,7 +156,7 @@ private:
     // a control already torn down handles nothing.
     template <class F> HRESULT HandleBrowserCall(F&& handler) noexcept
     {
-        if (m_bLastReleased) return S_OK;
+        if (BrowserSilenced()) return S_OK;
         ++m_cBrowserCalls;
         tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
         const HRESULT hr = tov::GuardedCall(std::forward<F>(handler));
@@ -173,6 +173,12 @@ private:
         tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
         return tov::GuardedCall(std::forward<F>(body));
     }
+    // From the start of the control's take-down (the container's Close or the last release) the browser's
+    // calls are answered (Cancel set where there is one) but reach neither the front end nor scripts.
+    bool BrowserSilenced() const noexcept { return m_bLastReleased || m_bTakenDown; }
+    // The steps the container's Close and the last release share, each in its own order.
+    enum class TakeDownKind { ContainerClose, LastRelease };
+    void TakeDown(TakeDownKind kind);
     // The automation method pattern: trace scope, return code, browser check, exception guard, and the
     // control held for the whole call as in MethodCall.
     template <class Body>
@@ -315,6 +321,8 @@ private:
     // Calls of the browser in progress, and whether the control was torn down inside one of them.
     ULONG m_cBrowserCalls = 0;
     bool m_bLastReleased = false;
+    // The container's Close or the last release has begun taking the control down.
+    bool m_bTakenDown = false;
     // Parts of this object with interfaces of their own.
     CBrowserSite m_site{*this};
     CBrowserEventsSink m_eventsSink{*this};

@@ -105,6 +105,8 @@ void CTOVHTMLControl::OnLastRelease() noexcept
     FreeOnceBrowserLetGo();
 }
 
+// The one place the control is deleted: its last reference has gone (OnLastRelease, FinalRelease done),
+// no call of the browser is running in it, and the browser holds none of its site and sinks any more.
 void CTOVHTMLControl::FreeOnceBrowserLetGo() noexcept
 {
     if (m_bLastReleased && m_cBrowserCalls == 0 && m_cBrowserHeldRefs == 0) delete this;
@@ -121,24 +123,44 @@ void CTOVHTMLControl::FinalRelease() noexcept
 {
     try {
         CTraceScope scope(m_trace, TraceSinkRef(), "FinalRelease()");
-        if (m_pWebBrowser) {
-            m_pWebBrowser->Stop();
-            m_pWebBrowser->Quit();
+        TakeDown(TakeDownKind::LastRelease);
+    } catch (...) {
+    }
+}
+
+void CTOVHTMLControl::TakeDown(TakeDownKind kind)
+{
+    const bool close = kind == TakeDownKind::ContainerClose;
+    m_bTakenDown = true; // what the browser does from here on reaches no one
+    if (m_pWebBrowser) {
+        // The container's Close lets go of the browser's events first, the last release last.
+        if (close) DisconnectBrowserEvents();
+        m_pWebBrowser->Stop();
+        m_pWebBrowser->Quit();
+    }
+    if (m_pOleObject) {
+        if (close) {
+            ComPtr<IOleInPlaceObject> inPlace;
+            m_pOleObject->QueryInterface(IID_IOleInPlaceObject, inPlace.PutVoid());
+            if (inPlace) {
+                inPlace->UIDeactivate();
+                inPlace->InPlaceDeactivate();
+            }
         }
-        if (m_pOleObject) {
-            m_pOleObject->SetClientSite(nullptr);
-            m_pOleObject->Close(OLECLOSE_NOSAVE);
-        }
-        CloseBrowserWindows();
+        m_pOleObject->SetClientSite(nullptr);
+        m_pOleObject->Close(OLECLOSE_NOSAVE);
+    }
+    CloseBrowserWindows();
+    if (!close) {
         CloseSimpleBrowseWindow();
         // Older Simple Browse dialogs are not referenced, but they are the control's windows too.
         CTovDialogBox::DestroyAllOwnedBy(static_cast<ITOVHTMLControl*>(this));
-        DeleteTempFiles();
-        DeleteSourceFiles();
-        if (m_bEndSessionWithBrowser) EndBrowserSession();
-        DisconnectBrowserEvents();
-    } catch (...) {
     }
+    DeleteTempFiles();
+    if (close) return;
+    DeleteSourceFiles();
+    if (m_bEndSessionWithBrowser) EndBrowserSession();
+    DisconnectBrowserEvents();
 }
 
 // A browser still connected to the sinks would call into a control that is gone.

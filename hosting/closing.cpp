@@ -7,23 +7,7 @@ HRESULT CTOVHTMLControl::CloseControl(DWORD dwSaveOption)
 {
     try {
         CTraceScope scope(m_trace, TraceSinkRef(), "Close");
-        if (m_pWebBrowser) {
-            DisconnectBrowserEvents();
-            m_pWebBrowser->Stop();
-            m_pWebBrowser->Quit();
-        }
-        if (m_pOleObject) {
-            ComPtr<IOleInPlaceObject> inPlace;
-            m_pOleObject->QueryInterface(IID_IOleInPlaceObject, inPlace.PutVoid());
-            if (inPlace) {
-                inPlace->UIDeactivate();
-                inPlace->InPlaceDeactivate();
-            }
-            m_pOleObject->SetClientSite(nullptr);
-            m_pOleObject->Close(OLECLOSE_NOSAVE);
-        }
-        CloseBrowserWindows();
-        DeleteTempFiles();
+        TakeDown(TakeDownKind::ContainerClose);
     } catch (...) {
         // The steps end where the failure happened; the standard close still runs.
     }

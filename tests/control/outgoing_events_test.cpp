@@ -2,7 +2,10 @@
 // declaration order, the user's default locale, unconditionally. Front-end handlers run inside them (and
 // inside the browser's BeforeNavigate) and may unadvise, call back into the control, swap its post-data
 // object, fire further events or let go of the control.
+#include <mshtmhst.h>
 #include "support/back_channel_fixture.h"
+#include "frontend/scripted_document.h"
+#include "frontend/table_standin.h"
 
 using tovtest::FiredEvent;
 using tovtest::RecordingEventSink;
@@ -179,4 +182,40 @@ TEST_F(BackChannelReentrancy, AFrontEndThatLetsGoInsideShowURLShowDataOrGoBack)
         EXPECT_EQ(1u, otherBrowser->RefCount()) << "and went when the method returned";
         EXPECT_EQ(0, code);
     }
+}
+
+// The browser keeps calling while the control takes it down: from inside Stop, Quit and Close, through its
+// site while it still has one and through any sink still connected. Nothing reaches the front end or runs
+// a script, and what the site is asked is answered.
+TEST_F(BackChannelReentrancy, WhatTheBrowserDoesWhileTakenDownReachesNoOne)
+{
+    auto document = tovfe::ScriptedDocument::Create();
+    browser->SetDocument(document->AsDispatch());
+    auto table = tovfe::MakeScriptTable({"submitted();"}, 12);
+    ASSERT_EQ(S_OK, control->putref_ScriptOnDataSubmitted(table.Object()));
+    ASSERT_EQ(S_OK, control->put_UIFlag(2)); // the front end would be asked for its context menu
+    std::vector<std::wstring> during;
+    std::vector<HRESULT> menuAnswers;
+    tovfe::ScriptedBrowser* taken = browser;
+    taken->whileCalled = [&](const tovfe::Call& c) {
+        if (c.name != L"Stop" && c.name != L"Quit" && c.name != L"Close") return;
+        during.push_back(c.name);
+        POINT pt{5, 5};
+        if (taken->Site()) menuAnswers.push_back(taken->CallShowContextMenu(CONTEXT_MENU_DEFAULT, &pt));
+        taken->ClickLink(L"TOVEVENT:Late");
+        taken->SubmitForm(L"TOVEVENT:LatePost", "a=1");
+        taken->CompleteTopNavigation(L"http://x/late.htm");
+        taken->CompleteTopDocument(L"http://x/late.htm");
+    };
+    sink.events.clear();
+    host.Destroy(); // the container's Close, then its release
+    const size_t afterClose = during.size();
+    control.Reset(); // the front end's last reference
+    taken->whileCalled = nullptr;
+    EXPECT_EQ(3u, afterClose) << "Stop, Quit and Close of the container's Close";
+    EXPECT_EQ(6u, during.size()) << "and again from the last release";
+    ASSERT_FALSE(menuAnswers.empty()) << "the browser still had its site inside Stop";
+    for (HRESULT hr : menuAnswers) EXPECT_EQ(S_OK, hr) << "answered: the browser shows no menu of its own";
+    EXPECT_TRUE(sink.events.empty()) << "nothing reached the front end";
+    EXPECT_TRUE(document->Page().scripts.empty()) << "no script ran";
 }

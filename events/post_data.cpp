@@ -1,6 +1,7 @@
 // The post data of a TOVEVENT form: unescaped and stored in the front end's data provider object, where
 // the front end reads it back under "TOVEVENT:" / "PostData".
 #include "control/automation_call.h"
+#include "framework/handles.h"
 #include <cstdint>
 #include <optional>
 #include "navigation/unescape_url.h"
@@ -70,10 +71,9 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
         ULARGE_INTEGER capacity;
         capacity.QuadPart = raw.size() + 1;
         HGLOBAL memory = nullptr;
-        char* buffer = nullptr;
-        if (SUCCEEDED(stream->SetSize(capacity)) && SUCCEEDED(GetHGlobalFromStream(stream.Get(), &memory)))
-            buffer = static_cast<char*>(GlobalLock(memory));
-        if (buffer) {
+        if (FAILED(stream->SetSize(capacity)) || FAILED(GetHGlobalFromStream(stream.Get(), &memory))) memory = nullptr;
+        tov::GlobalMemoryLock locked(memory);
+        if (char* buffer = locked.As<char>()) {
             if (detailed) {
                 scope.Write("Postdata before Transformation", trace::kDetail);
                 scope.Write(raw, trace::kDetail);
@@ -81,7 +81,7 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
             // Bounded by the data's length: zero bytes inside the form data are kept.
             const size_t plain = url::UnescapeData(raw.data(), raw.size(), buffer, static_cast<uint32_t>(m_lUIFlag),
                                                    url::SystemAnsiConverter());
-            GlobalUnlock(memory);
+            locked.Unlock(); // the stream may move its memory when it is cut to size
             if (detailed) scope.Write("Size of Postdata after Transformation: " + std::to_string(plain), trace::kDetail);
             ULARGE_INTEGER used;
             used.QuadPart = plain;
@@ -92,10 +92,8 @@ HRESULT CTOVHTMLControl::StorePostData(ITOVDataProvider* provider, const VARIANT
                 size = static_cast<LONG>(plain);
             if (size != 0 && detailed) {
                 scope.Write("Postdata after Transformation", trace::kDetail);
-                if (const char* text = static_cast<const char*>(GlobalLock(memory))) {
-                    scope.Write(std::string_view(text, plain), trace::kDetail);
-                    GlobalUnlock(memory);
-                }
+                const tov::GlobalMemoryLock again(memory);
+                if (const char* text = again.As<const char>()) scope.Write(std::string_view(text, plain), trace::kDetail);
             }
         } else {
             // No memory for the transformation: the event tells the untransformed size, the stream stays empty.

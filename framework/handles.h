@@ -1,5 +1,6 @@
 #pragma once
-// Owning wrappers for registry keys, kernel handles, modules, windows, GDI objects and device contexts.
+// Owning wrappers for registry keys, kernel and find handles, modules, windows, GDI objects, device
+// contexts and locked global memory.
 #include <windows.h>
 #include <utility>
 
@@ -54,6 +55,10 @@ struct LibraryTraits {
     static void Close(HMODULE h) noexcept { FreeLibrary(h); }
 };
 
+struct FindHandleTraits {
+    static HANDLE Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(HANDLE h) noexcept { FindClose(h); }
+};
 struct GdiObjectTraits {
     static HGDIOBJ Invalid() noexcept { return nullptr; }
     static void Close(HGDIOBJ h) noexcept { DeleteObject(h); }
@@ -68,6 +73,7 @@ using UniqueFile = UniqueHandle<HANDLE, FileHandleTraits>;
 using UniqueKernelHandle = UniqueHandle<HANDLE, KernelHandleTraits>;
 using UniqueWindow = UniqueHandle<HWND, WindowTraits>;
 using UniqueLibrary = UniqueHandle<HMODULE, LibraryTraits>;
+using UniqueFindHandle = UniqueHandle<HANDLE, FindHandleTraits>;
 using UniqueGdiObject = UniqueHandle<HGDIOBJ, GdiObjectTraits>;
 using UniqueMemoryDc = UniqueHandle<HDC, MemoryDcTraits>;
 
@@ -84,5 +90,36 @@ private:
     HWND m_window;
     HDC m_dc;
 };
+
+// Memory of a global handle, locked while this lives (or until Unlock).
+class GlobalMemoryLock {
+public:
+    explicit GlobalMemoryLock(HGLOBAL memory) noexcept : m_memory(memory), m_data(memory ? GlobalLock(memory) : nullptr) {}
+    ~GlobalMemoryLock() { Unlock(); }
+    GlobalMemoryLock(const GlobalMemoryLock&) = delete;
+    GlobalMemoryLock& operator=(const GlobalMemoryLock&) = delete;
+    template <class T> T* As() const noexcept { return static_cast<T*>(m_data); }
+    void Unlock() noexcept
+    {
+        if (m_data) GlobalUnlock(m_memory);
+        m_data = nullptr;
+    }
+
+private:
+    HGLOBAL m_memory;
+    void* m_data;
+};
+
+// Whether a file or folder of that name (or pattern) exists, as FindFirstFile finds it.
+inline bool Found(const wchar_t* pattern) noexcept
+{
+    WIN32_FIND_DATAW data;
+    return UniqueFindHandle(FindFirstFileW(pattern, &data)).Get() != INVALID_HANDLE_VALUE;
+}
+inline bool Found(const char* pattern) noexcept
+{
+    WIN32_FIND_DATAA data;
+    return UniqueFindHandle(FindFirstFileA(pattern, &data)).Get() != INVALID_HANDLE_VALUE;
+}
 
 } // namespace tov

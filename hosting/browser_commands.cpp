@@ -1,6 +1,7 @@
 // Browser information and commands: version and handle, ExecuteWB with the screen-resolution zoom,
 // printing, the navigation style, drop targets.
 #include "control/automation_call.h"
+#include "framework/handles.h"
 #include "guicontrol/registry_config.h"
 #include "hosting/browser_rules.h"
 
@@ -13,12 +14,9 @@ constexpr CLSID kWebBrowserV1Class = {0xeab22ac3, 0x30c1, 0x11cf, {0xa7, 0xeb, 0
 
 int CTOVHTMLControl::ScreenZoom() const
 {
-    const HWND hwnd = ControlWindow();
-    HDC dc = GetDC(hwnd);
-    if (!dc) return 100;
-    const int zoom = browser::ScreenZoom(GetDeviceCaps(dc, LOGPIXELSX), GetDeviceCaps(dc, LOGPIXELSY));
-    ReleaseDC(hwnd, dc);
-    return zoom;
+    const tov::WindowDc dc(ControlWindow());
+    if (!dc.Get()) return 100;
+    return browser::ScreenZoom(GetDeviceCaps(dc.Get(), LOGPIXELSX), GetDeviceCaps(dc.Get(), LOGPIXELSY));
 }
 
 STDMETHODIMP CTOVHTMLControl::ExecuteWB(LONG nCmdId, LONG nCmdOpt)

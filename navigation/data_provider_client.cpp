@@ -2,6 +2,7 @@
 // files for other data, output copies, and the deletion of the temporary files.
 #include <objbase.h>
 #include "control/automation_call.h"
+#include "framework/handles.h"
 #include "navigation/meta_charset.h"
 #include "navigation/unescape_url.h"
 #include "navigation/url_rules.h"
@@ -126,12 +127,7 @@ Bstr CTOVHTMLControl::CreateTempFile(std::wstring_view url, int placement)
             std::string cache = folder.substr(0, parentEnd + 1);
             if (version.dwMajorVersion == 5) cache += "Temporary Internet Files";
             else if (version.dwMajorVersion == 6) cache += "Microsoft\\Windows\\Temporary Internet Files";
-            WIN32_FIND_DATAA found;
-            HANDLE h = cache.size() < 256 ? FindFirstFileA(cache.c_str(), &found) : INVALID_HANDLE_VALUE;
-            if (h != INVALID_HANDLE_VALUE) {
-                FindClose(h);
-                folder = cache + "\\";
-            }
+            if (cache.size() < 256 && tov::Found(cache.c_str())) folder = cache + "\\";
         }
     }
     const UINT acp = GetACP();
@@ -163,10 +159,7 @@ Bstr CTOVHTMLControl::CreateTempFile(std::wstring_view url, int placement)
         scope.Write("pDPShowData->SetDataFromUR() failed", trace::kDetail);
         return Bstr();
     }
-    WIN32_FIND_DATAW found;
-    HANDLE existing = FindFirstFileW(path.c_str(), &found);
-    if (existing != INVALID_HANDLE_VALUE) {
-        FindClose(existing);
+    if (tov::Found(path.c_str())) {
         scope.Write("File already exists :", trace::kDetail);
         scope.Write(ToAnsi(path), trace::kDetail);
     } else {

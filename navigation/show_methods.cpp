@@ -1,5 +1,6 @@
 // The show methods: URLs and provider data in the control's own browser or in a browser window of their own.
 #include "control/automation_call.h"
+#include "framework/handles.h"
 #include "navigation/url_rules.h"
 
 using namespace tov;
@@ -41,10 +42,8 @@ STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, L
         } else if (url::IsHtmlSubtype(subtype.View())) {
             CheckMetaTag(BstrView(pURL));
             // HTML is zoomed by the browser itself on high-resolution screens.
-            const HWND hwnd = ControlWindow();
-            HDC dc = GetDC(hwnd);
-            const int dpi = dc ? GetDeviceCaps(dc, LOGPIXELSX) : 96;
-            if (dc) ReleaseDC(hwnd, dc);
+            const tov::WindowDc dc(ControlWindow());
+            const int dpi = dc.Get() ? GetDeviceCaps(dc.Get(), LOGPIXELSX) : 96;
             if (dpi <= 100) Zoom();
             hr = m_pWebBrowser->Navigate(target.Get(), &flags, &frame, nullptr, nullptr);
         } else {

@@ -3,30 +3,6 @@
 
 using namespace tov;
 
-namespace {
-
-// A copy for the caller; a null member reads as an empty string.
-HRESULT CopyOut(const Bstr& member, BSTR* pVal)
-{
-    if (!pVal) return E_POINTER;
-    *pVal = member.IsNull() ? SysAllocString(L"") : SysAllocStringLen(member.Get(), member.Length());
-    return *pVal ? S_OK : E_OUTOFMEMORY;
-}
-
-// Replaces the member with a copy (null stays null); false when the copy could not be made, and the
-// member is then null.
-bool Replace(Bstr& member, BSTR newVal)
-{
-    member.Reset();
-    if (!newVal) return true;
-    BSTR copy = SysAllocStringLen(newVal, SysStringLen(newVal));
-    if (!copy) return false;
-    member = Bstr::Adopt(copy);
-    return true;
-}
-
-} // namespace
-
 STDMETHODIMP CTOVHTMLControl::get_Version(LONG* pVal)
 {
     if (pVal) *pVal = 62;
@@ -53,12 +29,12 @@ STDMETHODIMP CTOVHTMLControl::put_SimpleBrowse(LONG newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_TargetFrame(BSTR* pVal)
 {
-    return MethodCall([&] { return CopyOut(m_bstrTargetFrame, pVal); });
+    return MethodCall([&] { return tov::CopyOutOrEmpty(m_bstrTargetFrame, pVal); });
 }
 
 STDMETHODIMP CTOVHTMLControl::put_TargetFrame(BSTR newVal)
 {
-    Replace(m_bstrTargetFrame, newVal);
+    tov::ReplaceWithCopy(m_bstrTargetFrame, newVal);
     return S_OK;
 }
 
@@ -66,7 +42,7 @@ STDMETHODIMP CTOVHTMLControl::get_Headers(BSTR* pVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_Headers");
-        return CopyOut(m_bstrHeaders, pVal);
+        return tov::CopyOutOrEmpty(m_bstrHeaders, pVal);
     });
 }
 
@@ -74,7 +50,7 @@ STDMETHODIMP CTOVHTMLControl::put_Headers(BSTR newVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_Headers");
-        return Replace(m_bstrHeaders, newVal) ? S_OK : E_FAIL;
+        return tov::ReplaceWithCopy(m_bstrHeaders, newVal) ? S_OK : E_FAIL;
     });
 }
 

@@ -25,8 +25,8 @@ std::wstring TextArgument(const VARIANT* v)
 {
     v = Unwrap(v);
     if (!v) return {};
-    if (v->vt == VT_BSTR) return std::wstring(View(v->bstrVal));
-    if (v->vt == (VT_BSTR | VT_BYREF) && v->pbstrVal) return std::wstring(View(*v->pbstrVal));
+    if (v->vt == VT_BSTR) return std::wstring(tov::BstrView(v->bstrVal));
+    if (v->vt == (VT_BSTR | VT_BYREF) && v->pbstrVal) return std::wstring(tov::BstrView(*v->pbstrVal));
     return {};
 }
 
@@ -297,7 +297,7 @@ HRESULT CEngineBrowser::NavigateFrame(const std::string& frameId, BSTR url, VARI
         Page* page = EnsurePage();
         if (!page) return E_FAIL;
         Navigation nav;
-        nav.url = std::wstring(View(url));
+        nav.url = std::wstring(tov::BstrView(url));
         nav.flags = LongArgument(flags);
         nav.targetName = TextArgument(targetFrame);
         nav.postData = BytesArgument(postData);

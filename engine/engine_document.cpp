@@ -3,6 +3,7 @@
 #include "engine/json.h"
 #include "engine/page.h"
 #include "engine/text.h"
+#include "framework/bstr.h"
 #include "framework/hresult_error.h"
 
 namespace tovengine {
@@ -134,7 +135,7 @@ HRESULT CEngineDocument::Write(SAFEARRAY* psarray, bool newline)
         for (LONG i = 0; i <= upper - lower; ++i) {
             VARIANT converted;
             VariantInit(&converted);
-            if (SUCCEEDED(VariantChangeType(&converted, &items[i], 0, VT_BSTR))) text += View(converted.bstrVal);
+            if (SUCCEEDED(VariantChangeType(&converted, &items[i], 0, VT_BSTR))) text += tov::BstrView(converted.bstrVal);
             VariantClear(&converted);
         }
         SafeArrayUnaccessData(psarray);
@@ -240,13 +241,13 @@ STDMETHODIMP CEngineWindow::execScript(BSTR code, BSTR language, VARIANT* pvarRe
 {
     if (pvarRet) VariantInit(pvarRet);
     if (!code) return E_INVALIDARG;
-    const std::wstring_view lang = View(language);
+    const std::wstring_view lang = tov::BstrView(language);
     // The engine runs JavaScript only.
     if (!lang.empty() && _wcsicmp(std::wstring(lang).c_str(), L"javascript") != 0 &&
         _wcsicmp(std::wstring(lang).c_str(), L"jscript") != 0 && _wcsicmp(std::wstring(lang).c_str(), L"ecmascript") != 0)
         return E_INVALIDARG;
     return tov::GuardedCall([&] {
-        m_place.Evaluate(Utf8(View(code)));
+        m_place.Evaluate(Utf8(tov::BstrView(code)));
         return S_OK;
     });
 }

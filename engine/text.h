@@ -25,9 +25,4 @@ inline std::wstring Wide(std::string_view text)
     return out;
 }
 
-inline std::wstring_view View(BSTR b)
-{
-    return b ? std::wstring_view(b, SysStringLen(b)) : std::wstring_view();
-}
-
 } // namespace tovengine

@@ -47,4 +47,25 @@ private:
 // The text of a BSTR owned by someone else; a null BSTR is the empty text.
 inline std::wstring_view BstrView(BSTR b) noexcept { return b ? std::wstring_view(b, SysStringLen(b)) : std::wstring_view(); }
 
+// A property's text as a new BSTR for its caller, whole (embedded zeros too); a null member reads as an
+// empty string.
+inline HRESULT CopyOutOrEmpty(const Bstr& member, BSTR* out) noexcept
+{
+    if (!out) return E_POINTER;
+    *out = member.IsNull() ? SysAllocString(L"") : SysAllocStringLen(member.Get(), member.Length());
+    return *out ? S_OK : E_OUTOFMEMORY;
+}
+
+// Replaces a property's text with a copy of `value` (null stays null); false when no copy could be made,
+// and the member is then null.
+inline bool ReplaceWithCopy(Bstr& member, BSTR value) noexcept
+{
+    member.Reset();
+    if (!value) return true;
+    BSTR copy = SysAllocStringLen(value, SysStringLen(value));
+    if (!copy) return false;
+    member = Bstr::Adopt(copy);
+    return true;
+}
+
 } // namespace tov

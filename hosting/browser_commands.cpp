@@ -124,10 +124,8 @@ STDMETHODIMP CTOVHTMLControl::get_NavigationStyle(BSTR* pVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_NavigationStyle");
-        if (!pVal) return E_POINTER;
         // Reads back the target frame, not the style: the front end has always seen it so.
-        *pVal = m_bstrTargetFrame.IsNull() ? SysAllocString(L"") : m_bstrTargetFrame.CopyOut();
-        return *pVal ? S_OK : E_OUTOFMEMORY;
+        return tov::CopyOutOrEmpty(m_bstrTargetFrame, pVal);
     });
 }
 

@@ -15,32 +15,11 @@ void CTOVHTMLControl::SetProtocolMode(LONG mode)
     m_nProtocolMode = url::NormalizedMode(mode);
 }
 
-namespace {
-
-HRESULT CopyPrefixOut(const Bstr& member, BSTR* pVal)
-{
-    if (!pVal) return E_POINTER;
-    *pVal = member.IsNull() ? SysAllocString(L"") : SysAllocStringLen(member.Get(), member.Length());
-    return *pVal ? S_OK : E_OUTOFMEMORY;
-}
-
-// Replaces the member with a copy (null stays null); false when the copy failed (the member is then null).
-bool ReplacePrefix(Bstr& member, BSTR newVal)
-{
-    member.Reset();
-    if (!newVal) return true;
-    BSTR copy = SysAllocStringLen(newVal, SysStringLen(newVal));
-    member = Bstr::Adopt(copy);
-    return copy != nullptr;
-}
-
-} // namespace
-
 STDMETHODIMP CTOVHTMLControl::get_URLPrefixLocal(BSTR* pVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_URLPrefixLocal");
-        return CopyPrefixOut(m_bstrURLPrefixLocal, pVal);
+        return tov::CopyOutOrEmpty(m_bstrURLPrefixLocal, pVal);
     });
 }
 
@@ -48,7 +27,7 @@ STDMETHODIMP CTOVHTMLControl::put_URLPrefixLocal(BSTR newVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_URLPrefixLocal");
-        if (!ReplacePrefix(m_bstrURLPrefixLocal, newVal)) scope.Write("LPDISPATCH newVal is inalid", trace::kFailure);
+        if (!tov::ReplaceWithCopy(m_bstrURLPrefixLocal, newVal)) scope.Write("LPDISPATCH newVal is inalid", trace::kFailure);
         return S_OK;
     });
 }
@@ -57,7 +36,7 @@ STDMETHODIMP CTOVHTMLControl::get_URLPrefixGlobal(BSTR* pVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_URLPrefixGlobal");
-        return CopyPrefixOut(m_bstrURLPrefixGlobal, pVal);
+        return tov::CopyOutOrEmpty(m_bstrURLPrefixGlobal, pVal);
     });
 }
 
@@ -65,7 +44,7 @@ STDMETHODIMP CTOVHTMLControl::put_URLPrefixGlobal(BSTR newVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "put_URLPrefixGlobal");
-        ReplacePrefix(m_bstrURLPrefixGlobal, newVal);
+        tov::ReplaceWithCopy(m_bstrURLPrefixGlobal, newVal);
         return S_OK;
     });
 }

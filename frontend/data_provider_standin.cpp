@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include "frontend/static_class_factory.h"
 
 namespace tovfe {
 namespace {
@@ -107,34 +108,17 @@ private:
     DataProviderStandIn* m_owner;
 };
 
-class Factory final : public IClassFactory {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IClassFactory)) { *ppv = nullptr; return E_NOINTERFACE; }
-        *ppv = this;
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (outer) return CLASS_E_NOAGGREGATION;
-        auto& store = DataStore::Instance();
-        if (FAILED(store.creationResult)) return store.creationResult;
-        ++store.creations;
-        DataProviderStandIn* p = DataProviderStandIn::Create();
-        const HRESULT hr = p->QueryInterface(riid, ppv);
-        p->Release();
-        return hr;
-    }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-};
+// Creation answers as the test planned it and is counted.
+HRESULT AllowProvider()
+{
+    auto& store = DataStore::Instance();
+    if (FAILED(store.creationResult)) return store.creationResult;
+    ++store.creations;
+    return S_OK;
+}
+DataProviderStandIn* MakeProvider() { return DataProviderStandIn::Create(); }
 
-Factory g_factory;
+StaticClassFactory<DataProviderStandIn, &MakeProvider> g_factory(&AllowProvider);
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "frontend/pluggable_protocol_standin.h"
 #include <shlwapi.h>
 #include <string>
+#include "frontend/static_class_factory.h"
 
 namespace tovfe {
 namespace {
@@ -30,34 +31,15 @@ private:
     ULONG m_refs = 0;
 };
 
-class Factory final : public IClassFactory {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IClassFactory)) { *ppv = nullptr; return E_NOINTERFACE; }
-        *ppv = this;
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (outer) return CLASS_E_NOAGGREGATION;
-        if (FAILED(g_creationResult)) return g_creationResult;
-        ++g_created;
-        auto* handler = new Handler;
-        handler->AddRef();
-        const HRESULT hr = handler->QueryInterface(riid, ppv);
-        handler->Release();
-        return hr;
-    }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-};
+// Creation answers as the test planned it and is counted.
+HRESULT AllowCreation()
+{
+    if (FAILED(g_creationResult)) return g_creationResult;
+    ++g_created;
+    return S_OK;
+}
 
-Factory g_factory;
+StaticClassFactory<Handler> g_factory(&AllowCreation);
 const wchar_t kProgIdKey[] = L"TOV.HTMLPlug.1";
 
 } // namespace

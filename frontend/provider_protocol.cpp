@@ -4,6 +4,7 @@
 #include <cwctype>
 #include "frontend/data_provider_standin.h"
 #include "framework/com_ptr.h"
+#include "frontend/static_class_factory.h"
 
 namespace tovfe {
 namespace {
@@ -91,35 +92,7 @@ private:
     size_t m_offset = 0;
 };
 
-class Factory final : public IClassFactory {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IClassFactory)) {
-            *ppv = nullptr;
-            return E_NOINTERFACE;
-        }
-        *ppv = this;
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (outer) return CLASS_E_NOAGGREGATION;
-        auto* protocol = new Protocol;
-        protocol->AddRef();
-        const HRESULT hr = protocol->QueryInterface(riid, ppv);
-        protocol->Release();
-        return hr;
-    }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-};
-
-Factory g_factory;
+StaticClassFactory<Protocol> g_factory;
 const wchar_t* const kSchemes[] = {L"tovhtmlp", L"mk"};
 
 } // namespace

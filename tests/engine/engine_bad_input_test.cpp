@@ -9,14 +9,6 @@ namespace {
 
 class EngineBadInput : public EngineFixture {
 protected:
-    FiredEvent ClickForEvent(int x, int y)
-    {
-        events.events.clear();
-        Click(x, y);
-        EXPECT_TRUE(WaitFor([&] { return !Events(1).empty(); }, 30000)) << "BeforeNavigate after the click";
-        const auto fired = Events(1);
-        return fired.empty() ? FiredEvent{} : fired[0];
-    }
     static constexpr const char* kButtonStyle = "position:absolute;left:10px;top:10px;width:160px;height:40px";
 };
 
@@ -38,7 +30,7 @@ TEST_F(EngineBadInput, HugePagesAndFormsArriveWhole)
                            "for (var i = 0; i < 100000; ++i) html.push('<input type=hidden name=f' + i + ' value=' + i + '>');"
                            "f.insertAdjacentHTML('beforeend', html.join(''));</script></body></html>");
     ShowPage(L"fields.htm");
-    const FiredEvent e = ClickForEvent(30, 25);
+    const FiredEvent e = ClickForEvent(30, 25, 30000);
     EXPECT_EQ(L"TOVEVENT:BIG", JoinedUrl(e));
     const std::string posted = PostedData();
     EXPECT_EQ(std::to_wstring(posted.size()), e.args.at(1)) << "PostDataLen is what the provider holds";
@@ -53,7 +45,7 @@ TEST_F(EngineBadInput, UrlsOfAHundredThousandCharacters)
                              "\">long</a><script>document.getElementById('a').href = 'TOVEVENT:' + 'y'.repeat(99991);"
                              "</script></body></html>");
     ShowPage(L"long.htm");
-    const FiredEvent e = ClickForEvent(30, 25);
+    const FiredEvent e = ClickForEvent(30, 25, 30000);
     EXPECT_EQ(100000, Property(&ITOVHTMLControl::get_URLLength));
     EXPECT_EQ(2040u, JoinedUrl(e).size()) << "eight pieces travel";
 

@@ -59,6 +59,17 @@ bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs)
     }
 }
 
+FiredEvent EngineFixture::ClickForEvent(int x, int y, DWORD timeoutMs)
+{
+    events.events.clear();
+    Click(x, y);
+    EXPECT_TRUE(WaitFor([&] { return !Events(1).empty(); }, timeoutMs)) << "BeforeNavigate after the click";
+    Settle(200); // nothing more may follow
+    const auto fired = Events(1);
+    EXPECT_EQ(1u, fired.size());
+    return fired.empty() ? FiredEvent{} : fired[0];
+}
+
 void EngineFixture::Settle(DWORD ms)
 {
     WaitFor([] { return false; }, ms);

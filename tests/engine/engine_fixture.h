@@ -41,6 +41,10 @@ protected:
     // Pumps messages for a while without waiting for anything.
     static void Settle(DWORD ms);
 
+    // A real click at x, y of the browser window and the one BeforeNavigate the front end received for it;
+    // fails the test when none or more than one came.
+    FiredEvent ClickForEvent(int x, int y, DWORD timeoutMs = 15000);
+
     // Data the front end's provider holds under the control's local prefix.
     void PutPage(const std::wstring& name, const std::string& bytes, const std::wstring& subtype = L"html");
     LONG ShowData(const std::wstring& name, LONG local = 1);

@@ -7,17 +7,6 @@ namespace {
 
 class Tovevent : public EngineFixture {
 protected:
-    // The only BeforeNavigate the front end received after a click at x, y; fails the test when none came.
-    FiredEvent ClickForEvent(int x, int y)
-    {
-        events.events.clear();
-        Click(x, y);
-        EXPECT_TRUE(WaitFor([&] { return !Events(1).empty(); })) << "BeforeNavigate after the click";
-        Settle(200); // nothing more may follow
-        const auto fired = Events(1);
-        EXPECT_EQ(1u, fired.size());
-        return fired.empty() ? FiredEvent{} : fired[0];
-    }
     // The page is still there after the event (the navigation was cancelled).
     void ExpectStillOn(const std::wstring& marker)
     {

@@ -10,19 +10,12 @@
 #include "frontend/html_dom_stubs.h"
 #include "framework/com_ptr.h"
 #include "framework/object_root.h"
+#include "framework/early_bound.h"
 
 namespace tovengine {
 
 class Page;
 
-// IDispatch of the document objects: hosts call them early-bound.
-template <class Itf> class EarlyBound : public Itf {
-public:
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { if (pp) *pp = nullptr; return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
-};
 
 // Where a document object's questions go: one frame ("" the top document) of one page.
 struct DocumentPlace {
@@ -32,7 +25,7 @@ struct DocumentPlace {
     std::string Evaluate(const std::string& expression) const;
 };
 
-class CEngineDocument final : public tov::ObjectRoot, public EarlyBound<tovfe::HTMLDocument2Stubs> {
+class CEngineDocument final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tovfe::HTMLDocument2Stubs> {
 public:
     static HRESULT Create(const std::shared_ptr<Page>& page, const std::string& frameId, IDispatch** document);
     TOV_IUNKNOWN_DELEGATING
@@ -58,7 +51,7 @@ private:
 };
 
 // The body ("body") or the root element ("html").
-class CEngineElement final : public tov::ObjectRoot, public EarlyBound<tovfe::HTMLElementStubs> {
+class CEngineElement final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tovfe::HTMLElementStubs> {
 public:
     static HRESULT Create(const DocumentPlace& place, const char* which, IHTMLElement** element);
     TOV_IUNKNOWN_DELEGATING
@@ -78,7 +71,7 @@ private:
     std::string m_which;
 };
 
-class CEngineWindow final : public tov::ObjectRoot, public EarlyBound<tovfe::HTMLWindow2Stubs> {
+class CEngineWindow final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tovfe::HTMLWindow2Stubs> {
 public:
     static HRESULT Create(const DocumentPlace& place, IHTMLWindow2** window);
     TOV_IUNKNOWN_DELEGATING

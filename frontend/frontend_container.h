@@ -10,17 +10,12 @@
 #include "framework/com_ptr.h"
 #include "framework/object_root.h"
 #include "tov_frontend.h"
+#include "framework/early_bound.h"
 
 namespace tovfe {
 
-// IDispatch of a front-end interface that the control only calls early-bound.
-template <class Itf> class EarlyBoundOnly : public Itf {
-public:
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { if (pp) *pp = nullptr; return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
-};
+// The front end's interfaces: the control only calls them early-bound.
+using tov::EarlyBoundOnly;
 
 class FrontendContainer final : public tov::ObjectRoot, public EarlyBoundOnly<ITOVFrontendContainer> {
 public:

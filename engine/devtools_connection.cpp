@@ -8,6 +8,14 @@
 namespace tovengine {
 namespace {
 
+// A command as the engine reads it; without a session it goes to the browser itself.
+std::string CommandText(long long id, const std::string& method, Json params, const std::string& session)
+{
+    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
+    if (!session.empty()) message["sessionId"] = session;
+    return JsonText(message);
+}
+
 constexpr UINT kDeliverMessage = WM_APP + 0x2A;
 const wchar_t kWindowClass[] = L"TOVEngineDevToolsPump";
 
@@ -179,10 +187,9 @@ void DevToolsConnection::SendAfterHandler(const std::string& method, Json params
         if (!m_alive) return;
         id = m_nextId++;
     }
-    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
-    if (!session.empty()) message["sessionId"] = session;
+    std::string text = CommandText(id, method, std::move(params), session);
     std::lock_guard<std::mutex> hold(m_sendLock);
-    m_held.push_back(JsonText(message));
+    m_held.push_back(std::move(text));
 }
 
 void DevToolsConnection::Send(const std::string& method, Json params, const std::string& session, Reply reply)
@@ -204,9 +211,7 @@ void DevToolsConnection::Send(const std::string& method, Json params, const std:
         id = m_nextId++;
         if (reply) m_replies.emplace(id, std::move(reply));
     }
-    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
-    if (!session.empty()) message["sessionId"] = session;
-    SendFrame(ws::Opcode::Text, JsonText(message));
+    SendFrame(ws::Opcode::Text, CommandText(id, method, std::move(params), session));
 }
 
 Json DevToolsConnection::Call(const std::string& method, Json params, const std::string& session, DWORD timeoutMs)
@@ -219,9 +224,7 @@ Json DevToolsConnection::Call(const std::string& method, Json params, const std:
         id = m_nextId++;
         m_waiters.emplace(id, waiter);
     }
-    Json message = {{"id", id}, {"method", method}, {"params", params.is_null() ? Json::object() : std::move(params)}};
-    if (!session.empty()) message["sessionId"] = session;
-    SendFrame(ws::Opcode::Text, JsonText(message));
+    SendFrame(ws::Opcode::Text, CommandText(id, method, std::move(params), session));
 
     // A page answers nothing while its top document's request waits for this thread: paused requests
     // are handled while waiting, everything else stays queued.

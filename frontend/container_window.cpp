@@ -18,6 +18,24 @@ void PumpMessages()
     }
 }
 
+bool PlaceMousePointer(POINT screen, DWORD ms)
+{
+    const ULONGLONG deadline = GetTickCount64() + ms;
+    for (int steady = 0; GetTickCount64() <= deadline;) {
+        POINT now{};
+        GetCursorPos(&now);
+        if (now.x != screen.x || now.y != screen.y) {
+            SetCursorPos(screen.x, screen.y);
+            steady = 0;
+        } else if (++steady == 5) {
+            return true;
+        }
+        PumpMessages();
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    }
+    return false;
+}
+
 ContainerWindow::ContainerWindow(int width, int height)
 {
     AtlAxWinInit();

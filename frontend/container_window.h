@@ -32,4 +32,9 @@ private:
 // Handles pending window messages of this thread.
 void PumpMessages();
 
+// Puts the mouse pointer at a screen point, where a user's hand would be, and waits (handling this
+// thread's messages) until it stays there: the pointer belongs to the whole display, and under Wine a
+// warp can be overtaken by motion the display still had queued. Whether it held within `ms`.
+bool PlaceMousePointer(POINT screen, DWORD ms = 2000);
+
 } // namespace tovfe

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include "frontend/folders.h"
 #include "frontend/static_class_factory.h"
 
 namespace tovfe {
@@ -135,16 +136,11 @@ void DataStore::Put(const std::wstring& url, std::string bytes, std::wstring sub
 
 void DataStore::ServeFolder(const std::wstring& folder, const std::wstring& urlPrefix)
 {
-    WIN32_FIND_DATAW found;
-    HANDLE h = FindFirstFileW((folder + L"\\*").c_str(), &found);
-    if (h == INVALID_HANDLE_VALUE) return;
-    do {
-        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
-        std::ifstream in(std::filesystem::path(folder + L"\\" + found.cFileName), std::ios::binary);
+    for (const auto& name : FilesIn(folder)) {
+        std::ifstream in(std::filesystem::path(folder + L"\\" + name), std::ios::binary);
         std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        Put(urlPrefix + found.cFileName, std::move(bytes), SubtypeOf(found.cFileName));
-    } while (FindNextFileW(h, &found));
-    FindClose(h);
+        Put(urlPrefix + name, std::move(bytes), SubtypeOf(name));
+    }
 }
 
 const HeldData* DataStore::Find(const std::wstring& url) const

@@ -14,7 +14,7 @@
 #include "frontend/frontend_container.h"
 #include "frontend/gui_service_standin.h"
 #include "frontend/scripted_browser.h"
-#include "frontend/temp_folder.h"
+#include "frontend/folders.h"
 #include "framework/bstr.h"
 
 using tov::Bstr;
@@ -103,14 +103,7 @@ private:
 
     void ConnectEvents(IUnknown* unk)
     {
-        ComPtr<IProvideClassInfo> info;
-        ComPtr<ITypeInfo> coclass, events;
-        ComPtr<ITypeLib> lib;
-        UINT index = 0;
-        if (SUCCEEDED(unk->QueryInterface(IID_IProvideClassInfo, info.PutVoid())) && SUCCEEDED(info->GetClassInfo(coclass.Put())) &&
-            SUCCEEDED(coclass->GetContainingTypeLib(lib.Put(), &index)))
-            lib->GetTypeInfoOfGuid(DIID__TOVHTMLControlEvents, events.Put());
-        m_printer = EventPrinter::Create(events.Get());
+        m_printer = EventPrinter::Create(ControlEventsTypeInfo(unk).Get());
         ComPtr<IConnectionPointContainer> cpc;
         if (SUCCEEDED(unk->QueryInterface(IID_IConnectionPointContainer, cpc.PutVoid())) &&
             SUCCEEDED(cpc->FindConnectionPoint(DIID__TOVHTMLControlEvents, m_point.Put())))
@@ -175,21 +168,6 @@ private:
     std::set<std::wstring> m_tempBefore;
     std::set<std::wstring> m_made;
 };
-
-// Moves the mouse pointer for a scripted user. A pointer moved under Wine can snap back to its old place
-// for a moment, so this waits until it stays where it was put.
-void PlaceMouse(int x, int y)
-{
-    SetCursorPos(x, y);
-    int steady = 0;
-    for (int i = 0; i < 100 && steady < 3; ++i) {
-        PumpMessages();
-        Sleep(10);
-        POINT p{};
-        GetCursorPos(&p);
-        steady = (p.x == x && p.y == y) ? steady + 1 : 0;
-    }
-}
 
 LONG Checked(HRESULT hr, LONG code)
 {
@@ -273,7 +251,7 @@ int RunDemoSession(const std::wstring& samples)
         c->get_UIFlag(&flags);
         c->put_UIFlag(flags | 2);
         std::printf("  the front end sets UIFlag to %ld (bit 2: the front end provides the page's context menus)\n", flags | 2);
-        PlaceMouse(300, 200);
+        PlaceMousePointer({300, 200});
         POINT mouse{};
         GetCursorPos(&mouse);
         std::printf("  the browser asks the control for a context menu; the mouse is at screen point %ld,%ld\n", mouse.x, mouse.y);

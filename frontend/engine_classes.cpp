@@ -1,4 +1,5 @@
 #include "frontend/engine_classes.h"
+#include "frontend/folders.h"
 #include "frontend/browser_application_class.h"
 #include "framework/com_ptr.h"
 
@@ -14,13 +15,22 @@ template <class F> F Entry(HMODULE module, const char* name)
 
 } // namespace
 
+std::vector<HWND> EngineTopWindows()
+{
+    std::vector<HWND> found;
+    EnumThreadWindows(GetCurrentThreadId(), [](HWND hwnd, LPARAM out) {
+        wchar_t name[64] = {};
+        GetClassNameW(hwnd, name, 64);
+        if (wcscmp(name, L"TOVEngineBrowserView") == 0 && IsWindowVisible(hwnd))
+            reinterpret_cast<std::vector<HWND>*>(out)->push_back(hwnd);
+        return TRUE;
+    }, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
 std::wstring EngineClasses::DllPath()
 {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring dll = path;
-    dll.resize(dll.find_last_of(L"\\/") + 1);
-    return dll + L"TOVENGINE.DLL";
+    return BesideThisProgram(L"TOVENGINE.DLL");
 }
 
 EngineClasses::~EngineClasses()

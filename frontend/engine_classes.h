@@ -3,6 +3,7 @@
 // application class: what the control creates is then a browser that loads and renders real pages.
 #include <windows.h>
 #include <string>
+#include <vector>
 #include "frontend/class_registration.h"
 
 namespace tovfe {
@@ -27,5 +28,8 @@ private:
     RegisteredClass m_browser;
     RegisteredClass m_application;
 };
+
+// The engine's visible stand-alone browser windows on this thread: separate browsers and new windows.
+std::vector<HWND> EngineTopWindows();
 
 } // namespace tovfe

@@ -1,6 +1,8 @@
 #include "frontend/engine_frontend.h"
+#include <mlang.h>
 #include <cstdio>
 #include "framework/bstr.h"
+#include "frontend/folders.h"
 #include "frontend/table_standin.h"
 
 using tov::Bstr;
@@ -9,31 +11,23 @@ using tov::ComPtr;
 namespace tovfe {
 namespace {
 
-std::wstring BesideThisProgram(const wchar_t* name)
-{
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring file = path;
-    file.resize(file.find_last_of(L"\\/") + 1);
-    return file + name;
-}
-
 std::string Narrow(const std::wstring& text) { return ConsoleText(text); }
 
 } // namespace
 
+// {DCCFC164-2B38-11D2-B7EC-00C04F8F5D9A}: no import library of the cross compiler carries it.
+constexpr IID kMultiLanguage2 = {0xdccfc164, 0x2b38, 0x11d2, {0xb7, 0xec, 0x00, 0xc0, 0x4f, 0x8f, 0x5d, 0x9a}};
+
 UINT CodePageOfCharset(const std::wstring& charset)
 {
-    std::wstring c = charset;
-    for (auto& ch : c) ch = static_cast<wchar_t>(towlower(ch));
-    if (c == L"utf-8" || c == L"utf8") return CP_UTF8;
-    if (c.rfind(L"windows-", 0) == 0) return static_cast<UINT>(_wtoi(c.c_str() + 8));
-    if (c == L"iso-8859-1" || c == L"latin1") return 28591;
-    if (c == L"iso-8859-2") return 28592;
-    if (c == L"shift_jis" || c == L"shift-jis") return 932;
-    if (c == L"gb2312" || c == L"gbk") return 936;
-    if (c == L"euc-kr") return 949;
-    if (c == L"big5") return 950;
+    // The platform's own table of charset names, as the browser reads a page's.
+    ComPtr<IMultiLanguage2> languages;
+    MIMECSETINFO info{};
+    Bstr name(charset);
+    if (!charset.empty() &&
+        SUCCEEDED(CoCreateInstance(CLSID_CMultiLanguage, nullptr, CLSCTX_INPROC_SERVER, kMultiLanguage2, languages.PutVoid())) &&
+        SUCCEEDED(languages->GetCharsetInfo(name.Get(), &info)) && info.uiInternetEncoding != 0)
+        return info.uiInternetEncoding;
     return 1252;
 }
 
@@ -107,14 +101,7 @@ bool EngineFrontEnd::Start(const std::wstring& folder)
     if (!m_control) return false;
 
     // The front end's sink names the events from the control's own type library.
-    ComPtr<IProvideClassInfo> info;
-    ComPtr<ITypeInfo> coclass, events;
-    ComPtr<ITypeLib> lib;
-    UINT index = 0;
-    if (SUCCEEDED(unk->QueryInterface(IID_IProvideClassInfo, info.PutVoid())) && SUCCEEDED(info->GetClassInfo(coclass.Put())) &&
-        SUCCEEDED(coclass->GetContainingTypeLib(lib.Put(), &index)))
-        lib->GetTypeInfoOfGuid(DIID__TOVHTMLControlEvents, events.Put());
-    m_printer = EventPrinter::Create(events.Get());
+    m_printer = EventPrinter::Create(ControlEventsTypeInfo(unk.Get()).Get());
     m_printer->afterEach = [this](const std::wstring& name, const std::vector<VARIANT>& args) { OnEvent(name, args); };
     ComPtr<IConnectionPointContainer> cpc;
     if (SUCCEEDED(unk->QueryInterface(IID_IConnectionPointContainer, cpc.PutVoid())) &&
@@ -230,18 +217,7 @@ void EngineFrontEnd::Click(POINT at, bool right)
     // A user's mouse is where they click: the control reads it for the front end's menu.
     POINT screen = at;
     ClientToScreen(view, &screen);
-    SetCursorPos(screen.x, screen.y);
-    int steady = 0;
-    WaitFor([&] {
-        POINT now{};
-        GetCursorPos(&now);
-        if (now.x != screen.x || now.y != screen.y) {
-            SetCursorPos(screen.x, screen.y);
-            steady = 0;
-            return false;
-        }
-        return ++steady == 3;
-    }, 1000);
+    PlaceMousePointer(screen);
     PostMessageW(view, WM_MOUSEMOVE, 0, where);
     PostMessageW(view, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, right ? MK_RBUTTON : MK_LBUTTON, where);
     PostMessageW(view, right ? WM_RBUTTONUP : WM_LBUTTONUP, 0, where);

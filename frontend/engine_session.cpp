@@ -4,7 +4,7 @@
 #include "frontend/engine_frontend.h"
 #include "frontend/screenshot.h"
 #include "frontend/table_standin.h"
-#include "frontend/temp_folder.h"
+#include "frontend/folders.h"
 
 using tov::Bstr;
 
@@ -90,19 +90,6 @@ private:
     int m_count = 0;
     bool m_failed = false;
 };
-
-// Top-level browser windows of the engine on this thread: the separate browser's.
-HWND SeparateBrowserWindow()
-{
-    HWND found = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), [](HWND hwnd, LPARAM out) {
-        wchar_t name[64] = {};
-        GetClassNameW(hwnd, name, 64);
-        if (wcscmp(name, L"TOVEngineBrowserView") == 0 && IsWindowVisible(hwnd)) *reinterpret_cast<HWND*>(out) = hwnd;
-        return TRUE;
-    }, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
 
 } // namespace
 
@@ -190,7 +177,11 @@ int RunEngineSession(const std::wstring& samples, const std::wstring& pictures)
         c->ShowURLInBrowser(Bstr(url).Get(), &code);
         std::printf("  ShowURLInBrowser(\"%s\") returned %ld\n", ConsoleText(url).c_str(), static_cast<long>(code));
         HWND separate = nullptr;
-        fe.WaitFor([&] { return (separate = SeparateBrowserWindow()) != nullptr; }, 15000);
+        fe.WaitFor([&] {
+            const auto windows = EngineTopWindows();
+            separate = windows.empty() ? nullptr : windows.front();
+            return separate != nullptr;
+        }, 15000);
         if (separate) {
             fe.WaitFor([] { return false; }, 1500);
             s.Picture("separate-window", separate);

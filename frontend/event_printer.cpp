@@ -1,4 +1,5 @@
 #include "frontend/event_printer.h"
+#include <ocidl.h>
 #include <cstdio>
 #include "TOVHTML_h.h"
 
@@ -17,6 +18,18 @@ tov::ComPtr<EventPrinter> EventPrinter::Create(ITypeInfo* events)
 void* EventPrinter::FindInterface(REFIID riid) noexcept
 {
     return Lookup(riid, {tov::Entry<IDispatch>(IID_IDispatch, this), tov::Entry<IDispatch>(DIID__TOVHTMLControlEvents, this)});
+}
+
+tov::ComPtr<ITypeInfo> ControlEventsTypeInfo(IUnknown* control)
+{
+    tov::ComPtr<IProvideClassInfo> info;
+    tov::ComPtr<ITypeInfo> coclass, events;
+    tov::ComPtr<ITypeLib> lib;
+    UINT index = 0;
+    if (control && SUCCEEDED(control->QueryInterface(IID_IProvideClassInfo, info.PutVoid())) &&
+        SUCCEEDED(info->GetClassInfo(coclass.Put())) && SUCCEEDED(coclass->GetContainingTypeLib(lib.Put(), &index)))
+        lib->GetTypeInfoOfGuid(DIID__TOVHTMLControlEvents, events.Put());
+    return events;
 }
 
 std::wstring DisplayText(const VARIANT& v, size_t maxChars)

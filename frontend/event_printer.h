@@ -35,6 +35,10 @@ private:
     std::vector<std::wstring> m_names;
 };
 
+// The control's outgoing event interface as its own type library describes it (null when it does not):
+// what names the events and their arguments for a printer.
+tov::ComPtr<ITypeInfo> ControlEventsTypeInfo(IUnknown* control);
+
 // Text for a person: strings in quotes (long ones shortened in the middle), "null", numbers as they are.
 std::wstring DisplayText(const VARIANT& v, size_t maxChars = 120);
 

@@ -3,24 +3,12 @@
 #include <cstdio>
 #include <vector>
 #include "frontend/engine_frontend.h"
+#include "frontend/folders.h"
 #include "frontend/engine_session.h"
 #include "frontend/screenshot.h"
 
 namespace tovfe {
 namespace {
-
-std::vector<std::wstring> PagesIn(const std::wstring& folder)
-{
-    std::vector<std::wstring> pages;
-    WIN32_FIND_DATAW found;
-    HANDLE h = FindFirstFileW((folder + L"\\*.htm*").c_str(), &found);
-    if (h == INVALID_HANDLE_VALUE) return pages;
-    do {
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) pages.push_back(found.cFileName);
-    } while (FindNextFileW(h, &found));
-    FindClose(h);
-    return pages;
-}
 
 // Ctrl+C ends the session as closing the window does: the engine is told to end, not left to notice.
 HWND g_workbenchWindow = nullptr;
@@ -63,7 +51,7 @@ int RunWorkbench(const WorkbenchOptions& options)
     const DWORD start = GetFileAttributesW((folder + L"\\" + options.start).c_str());
     if (start == INVALID_FILE_ATTRIBUTES || (start & FILE_ATTRIBUTE_DIRECTORY)) {
         std::printf("workbench: the start page \"%s\" is not in %s\n", ConsoleText(options.start).c_str(), ShownPath(folder).c_str());
-        const auto pages = PagesIn(folder);
+        const auto pages = FilesIn(folder, L"*.htm*");
         if (pages.empty()) std::printf("workbench: the folder holds no .htm page\n");
         else {
             std::printf("workbench: pages there (choose one with --start):");

@@ -5,6 +5,7 @@
 #include <thread>
 #include "support/back_channel_fixture.h"
 #include "framework/handles.h"
+#include "frontend/folders.h"
 
 namespace tovtest {
 namespace {
@@ -24,10 +25,7 @@ protected:
     // Runs the message sender as a second process and pumps this thread until it ends.
     DWORD SendFromProcess(const wchar_t* name, ULONG_PTR wParam, ULONG_PTR lParam, const wchar_t* how)
     {
-        wchar_t path[MAX_PATH] = {};
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        std::wstring exe = path;
-        exe = exe.substr(0, exe.find_last_of(L"\\/") + 1) + L"message_sender.exe";
+        const std::wstring exe = tovfe::BesideThisProgram(L"message_sender.exe");
         wchar_t line[512];
         swprintf(line, 512, L"\"%ls\" %llx %ls %llx %llx %ls", exe.c_str(),
                  static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(Window())), name,

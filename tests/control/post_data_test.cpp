@@ -106,6 +106,6 @@ TEST_F(PostData, BadInputIsSurvived)
     EXPECT_EQ(static_cast<LONG>(huge.size()), Property(&ITOVHTMLControl::get_URLLength));
 
     sink.events.clear();
-    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:a\xD800b\xDC00").cancel) << "unpaired surrogates";
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:a\xD800" L"b\xDC00").cancel) << "unpaired surrogates";
     EXPECT_EQ(1u, BeforeNavigates().size());
 }

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include "support/import_hook.h"
 #include "support/initialized_control_fixture.h"
-#include "frontend/temp_folder.h"
+#include "frontend/folders.h"
 
 using tov::Bstr;
 using tovfe::DataStore;

@@ -1,5 +1,6 @@
 #include <winsock2.h>
 #include "engine/engine_fixture.h"
+#include "framework/handles.h"
 
 namespace tovtest {
 
@@ -138,16 +139,15 @@ std::string EngineFixture::PostedData() const
     return it == postData->posted.end() ? std::string("<nothing>") : it->second;
 }
 
-std::vector<std::wstring> EngineFolders()
+std::vector<std::wstring> EngineFolders(DWORD pid)
 {
     std::vector<std::wstring> found;
     WIN32_FIND_DATAW data;
-    const std::wstring pattern = L"Z:\\tmp\\tovengine-" + std::to_wstring(GetCurrentProcessId()) + L"-*";
-    HANDLE h = FindFirstFileW(pattern.c_str(), &data);
-    if (h == INVALID_HANDLE_VALUE) return found;
+    const std::wstring pattern = L"Z:\\tmp\\tovengine-" + std::to_wstring(pid) + L"-*";
+    tov::UniqueFindHandle h(FindFirstFileW(pattern.c_str(), &data));
+    if (!h) return found;
     do found.push_back(L"Z:\\tmp\\" + std::wstring(data.cFileName));
-    while (FindNextFileW(h, &data));
-    FindClose(h);
+    while (FindNextFileW(h.Get(), &data));
     return found;
 }
 
@@ -200,19 +200,6 @@ int EnginePages()
     for (size_t at = reply.find("\"type\": \"page\""); at != std::string::npos; at = reply.find("\"type\": \"page\"", at + 1))
         ++pages;
     return pages;
-}
-
-std::vector<HWND> EngineTopWindows()
-{
-    std::vector<HWND> found;
-    EnumThreadWindows(GetCurrentThreadId(), [](HWND hwnd, LPARAM out) {
-        wchar_t name[64] = {};
-        GetClassNameW(hwnd, name, 64);
-        if (wcscmp(name, L"TOVEngineBrowserView") == 0 && IsWindowVisible(hwnd))
-            reinterpret_cast<std::vector<HWND>*>(out)->push_back(hwnd);
-        return TRUE;
-    }, reinterpret_cast<LPARAM>(&found));
-    return found;
 }
 
 std::wstring WindowTitle(HWND window)

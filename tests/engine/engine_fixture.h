@@ -20,15 +20,15 @@ namespace tovtest {
 // Pumps this thread's messages until `done` holds or `timeoutMs` pass; whether it held.
 bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs = 15000);
 
-// Engine folders of this process (Z:\tmp\tovengine-<pid>-...): the engine's launcher removes its folder
-// only once the engine has ended, so none is left when no engine runs.
-std::vector<std::wstring> EngineFolders();
+// Engine folders of this process, or of process `pid` (Z:\tmp\tovengine-<pid>-...): the engine's
+// launcher removes its folder only once the engine has ended, so none is left when no engine runs.
+std::vector<std::wstring> EngineFolders(DWORD pid = GetCurrentProcessId());
 std::string ReadSmallFile(const std::wstring& path);
 // The pages the running engine holds, asked of the engine itself (its target list over HTTP); -1 when
 // no engine or more than one runs.
 int EnginePages();
 // Visible stand-alone browser windows of the engine on this thread, and a window's title.
-std::vector<HWND> EngineTopWindows();
+using tovfe::EngineTopWindows;
 std::wstring WindowTitle(HWND window);
 
 class EngineFixture : public ControlFixture {

@@ -118,19 +118,7 @@ TEST_F(PageContent, ARightClickAsksTheFrontEndForItsMenuAtTheCursor)
     ShowPage(L"menu.htm");
     POINT at{40, 30};
     ClientToScreen(BrowserWindow(), &at);
-    // Where a user's mouse is when they click. The pointer belongs to the whole display: a warp can be
-    // overtaken by motion the display still had queued, so the click waits until the position holds.
-    int steady = 0;
-    ASSERT_TRUE(WaitFor([&] {
-        POINT now{};
-        GetCursorPos(&now);
-        if (now.x != at.x || now.y != at.y) {
-            SetCursorPos(at.x, at.y);
-            steady = 0;
-            return false;
-        }
-        return ++steady == 5;
-    })) << "the pointer stays where it was put";
+    ASSERT_TRUE(tovfe::PlaceMousePointer(at)) << "the pointer stays where a user's mouse is when they click";
     events.events.clear();
     Click(40, 30, true);
     ASSERT_TRUE(WaitFor([&] { return !Events(4).empty(); })) << "ContextMenuRequest";

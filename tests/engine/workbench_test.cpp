@@ -11,47 +11,30 @@
 #include <thread>
 #include "engine/engine_fixture.h"
 #include "framework/handles.h"
+#include "frontend/folders.h"
 
 namespace tovtest {
 namespace {
 
-std::wstring BesideTest(const wchar_t* name)
-{
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring file = path;
-    return file.substr(0, file.find_last_of(L"\\/") + 1) + name;
-}
-
-// A folder of pages for one test, removed with everything in it.
+// A folder of pages for one test (a blank and a national character in its name), removed with
+// everything in it.
 class PagesFolder {
 public:
-    PagesFolder()
-    {
-        wchar_t temp[MAX_PATH] = {};
-        GetTempPathW(MAX_PATH, temp);
-        m_path = std::wstring(temp) + L"tov pages \x00DC" + std::to_wstring(GetCurrentProcessId());
-        CreateDirectoryW(m_path.c_str(), nullptr);
-    }
-    ~PagesFolder()
-    {
-        WIN32_FIND_DATAW found;
-        HANDLE h = FindFirstFileW((m_path + L"\\*").c_str(), &found);
-        if (h != INVALID_HANDLE_VALUE) {
-            do DeleteFileW((m_path + L"\\" + found.cFileName).c_str());
-            while (FindNextFileW(h, &found));
-            FindClose(h);
-        }
-        RemoveDirectoryW(m_path.c_str());
-    }
+    PagesFolder() : m_folder(TempPath() + L"tov pages \x00DC" + std::to_wstring(GetCurrentProcessId())) {}
     void Put(const std::wstring& name, const std::string& bytes) const
     {
-        std::ofstream(std::filesystem::path(m_path + L"\\" + name), std::ios::binary) << bytes;
+        std::ofstream(std::filesystem::path(Path() + L"\\" + name), std::ios::binary) << bytes;
     }
-    const std::wstring& Path() const { return m_path; }
+    const std::wstring& Path() const { return m_folder.Path(); }
 
 private:
-    std::wstring m_path;
+    static std::wstring TempPath()
+    {
+        wchar_t temp[MAX_PATH + 1] = {};
+        GetTempPathW(MAX_PATH + 1, temp);
+        return temp;
+    }
+    tovfe::ScratchFolder m_folder;
 };
 
 // tovdemo.exe with its output read as it comes.
@@ -70,7 +53,7 @@ public:
         si.dwFlags = STARTF_USESTDHANDLES;
         si.hStdOutput = si.hStdError = write;
         si.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
-        std::wstring command = L"\"" + BesideTest(L"tovdemo.exe") + L"\" --pages " + arguments;
+        std::wstring command = L"\"" + tovfe::BesideThisProgram(L"tovdemo.exe") + L"\" --pages " + arguments;
         PROCESS_INFORMATION pi{};
         m_started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &si, &pi) != FALSE;
         if (!m_started) return;
@@ -154,16 +137,10 @@ private:
     std::string m_output;
 };
 
-// Engine folders of another process: its engine has ended when none is left.
+// The engine of another process has ended when none of its folders is left.
 bool EngineOfProcessEnded(DWORD pid)
 {
-    return PumpUntil([&] {
-        WIN32_FIND_DATAW data;
-        HANDLE h = FindFirstFileW((L"Z:\\tmp\\tovengine-" + std::to_wstring(pid) + L"-*").c_str(), &data);
-        if (h == INVALID_HANDLE_VALUE) return true;
-        FindClose(h);
-        return false;
-    }, 20000);
+    return PumpUntil([&] { return EngineFolders(pid).empty(); }, 20000);
 }
 
 std::string Block(int left, int top, const std::string& inner)

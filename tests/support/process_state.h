@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 #include "support/ocx.h"
-#include "frontend/temp_folder.h"
+#include "frontend/folders.h"
 
 namespace tovtest {
 

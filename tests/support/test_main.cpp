@@ -5,42 +5,28 @@
 #include <ole2.h>
 #include <gtest/gtest.h>
 #include <string>
+#include "frontend/folders.h"
 
 namespace {
 
+// Lives as long as the tests run; TMP and TEMP lead there.
 class PrivateTempFolder {
 public:
-    PrivateTempFolder()
+    PrivateTempFolder() : m_folder(SharedTemp() + L"tovtest-" + std::to_wstring(GetCurrentProcessId()))
+    {
+        if (m_folder.Path().empty()) return;
+        SetEnvironmentVariableW(L"TMP", m_folder.Path().c_str());
+        SetEnvironmentVariableW(L"TEMP", m_folder.Path().c_str());
+    }
+
+private:
+    static std::wstring SharedTemp()
     {
         wchar_t shared[MAX_PATH + 1] = {};
         GetTempPathW(MAX_PATH + 1, shared);
-        m_path = std::wstring(shared) + L"tovtest-" + std::to_wstring(GetCurrentProcessId());
-        if (!CreateDirectoryW(m_path.c_str(), nullptr) && GetLastError() != ERROR_ALREADY_EXISTS) {
-            m_path.clear();
-            return;
-        }
-        SetEnvironmentVariableW(L"TMP", m_path.c_str());
-        SetEnvironmentVariableW(L"TEMP", m_path.c_str());
+        return shared;
     }
-    ~PrivateTempFolder()
-    {
-        if (m_path.empty()) return;
-        // What a failed test left behind goes with the folder; the tests report it themselves.
-        WIN32_FIND_DATAW found;
-        HANDLE h = FindFirstFileW((m_path + L"\\*").c_str(), &found);
-        if (h != INVALID_HANDLE_VALUE) {
-            do {
-                if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) DeleteFileW((m_path + L"\\" + found.cFileName).c_str());
-            } while (FindNextFileW(h, &found));
-            FindClose(h);
-        }
-        RemoveDirectoryW(m_path.c_str());
-    }
-    PrivateTempFolder(const PrivateTempFolder&) = delete;
-    PrivateTempFolder& operator=(const PrivateTempFolder&) = delete;
-
-private:
-    std::wstring m_path;
+    tovfe::ScratchFolder m_folder; // what a failed test left goes with it; the tests report it themselves
 };
 
 } // namespace

@@ -25,6 +25,10 @@ inline constexpr uint32_t kKeepPercentEscape = 0x400000;
 // bounded by `length`: zero bytes inside it are data like any other.
 size_t UnescapeData(const char* source, size_t length, char* dest, uint32_t flags, const AnsiConverter& ansi);
 
+// The same without vector instructions: what targets without SSE2 run, kept beside the vector scan so
+// that both can be compared.
+size_t UnescapeDataPortable(const char* source, size_t length, char* dest, uint32_t flags, const AnsiConverter& ansi);
+
 // The same for a whole string.
 std::string UnescapeData(std::string_view source, uint32_t flags, const AnsiConverter& ansi);
 

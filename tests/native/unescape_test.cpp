@@ -1,4 +1,4 @@
-// Unescaping of URLs and form data: the rules by example, and the linear implementation against a
+// Unescaping of URLs and form data: the rules by example, and both scans (vector and portable) against a
 // literal step-by-step transcription of the rules on many inputs.
 #include <gtest/gtest.h>
 #include <cstring>
@@ -75,10 +75,47 @@ TEST(Unescape, DoubleByteFormsAndOversizedForms)
     EXPECT_EQ(" ", UnescapeData("&#12354;", 0, threeBytes));
 }
 
+namespace {
+
+// Both scans' results for the input, each checked against the literal rules.
+void ExpectBothScansFollowTheRules(const std::string& input, uint32_t flags, const std::string& context)
+{
+    const std::string expected = tovtest::LiteralUnescape(input, flags);
+    ASSERT_EQ(expected, UnescapeData(input, flags, tovtest::Latin1())) << context;
+    std::string portable(input.size() + 1, '\x7f');
+    const size_t n = tov::url::UnescapeDataPortable(input.data(), input.size(), portable.data(), flags, tovtest::Latin1());
+    ASSERT_EQ(expected, portable.substr(0, n)) << "portable scan, " << context;
+    ASSERT_EQ('\0', portable[n]) << context;
+}
+
+} // namespace
+
+// The vector scan works on 64-byte blocks with stops found per block: every kind of step is placed at
+// every position across two block boundaries, in data long enough for blocks.
+TEST(Unescape, EveryStepAtEveryPositionAcrossBlocks)
+{
+    const std::vector<std::string> steps = {"%41", "%E4%F6", "%2B", "+", "+&#65;", "+&#65", "%26%2365%3B", "%26%23123456789%3B",
+                                            "%26%2365;", "%26%23%3B", "%26%2365", "&#66;&#67;", "%26x", "%3D", "%3F", "%25",
+                                            "%%41", "%4%", "&#", "%26%23 65%3B", "%)6%2365%3B", "%26%23-65%3B", "%26%2365%3B%26%2366%3B"};
+    const std::string text = "customer+order=Muller&street";
+    for (const std::string& step : steps) {
+        for (size_t at = 0; at < 140; ++at) {
+            std::string input;
+            while (input.size() < at) input += text;
+            input.resize(at);
+            input += step;
+            while (input.size() < 300) input += text;
+            for (const uint32_t flags : {0u, tov::url::kKeepPercentEscape})
+                ExpectBothScansFollowTheRules(input, flags, "step " + step + " at " + std::to_string(at));
+        }
+    }
+}
+
 TEST(Unescape, SameAsTheLiteralRulesOnStructuredAndRandomInput)
 {
     const std::vector<std::string> pieces = {"%26%23", "&#", "%3B", "%3b", ";", "%3d", "%3D", "%25", "%2", "%",
-                                             "+", "65", "8364", "a", "=", "&", "?", "%3F", "%41", "%zz", "\0"s, " "};
+                                             "+", "65", "8364", "a", "=", "&", "?", "%3F", "%41", "%zz", "\0"s, " ",
+                                             "%2B", "+&#", "%E4%F6", "12345678", "123456789"};
     std::mt19937 rng(20261123);
     for (int round = 0; round < 20000; ++round) {
         std::string input;
@@ -89,7 +126,6 @@ TEST(Unescape, SameAsTheLiteralRulesOnStructuredAndRandomInput)
             else input += pieces[rng() % pieces.size()];
         }
         const uint32_t flags = (rng() % 2) ? tov::url::kKeepPercentEscape : 0;
-        const std::string expected = tovtest::LiteralUnescape(input, flags);
-        ASSERT_EQ(expected, UnescapeData(input, flags, tovtest::Latin1())) << "input #" << round << " size " << input.size();
+        ExpectBothScansFollowTheRules(input, flags, "input #" + std::to_string(round) + " size " + std::to_string(input.size()));
     }
 }

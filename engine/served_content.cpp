@@ -2,6 +2,7 @@
 #include <urlmon.h>
 #include "engine/text.h"
 #include "framework/com_ptr.h"
+#include "framework/simple_object.h"
 
 namespace tovengine {
 namespace {
@@ -11,21 +12,10 @@ constexpr size_t kMaxBody = size_t{512} << 20;
 // One binding of a URL, read as the data arrives. The binding is asynchronous, as the platform browser
 // binds: a handler that answers at once is done before BindToStorage returns, one that answers later is
 // waited for, with messages pumped meanwhile, but not the engine connection's (its events wait).
-class Download final : public IBindStatusCallback {
+// It lives on the caller's stack until the binding has stopped.
+class Download final : public tov::SimpleObject<Download, tov::Lifetime::CountOnly,
+                                                tov::Implements<IBindStatusCallback, IID_IBindStatusCallback>> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IBindStatusCallback)) {
-            *ppv = static_cast<IBindStatusCallback*>(this);
-            return S_OK;
-        }
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    // Lives on the caller's stack until the binding has stopped.
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP OnStartBinding(DWORD, IBinding* binding) override
     {
         m_binding = binding;

@@ -1,12 +1,15 @@
 #include "framework/connection_points.h"
 #include <olectl.h>
 #include <new>
+#include "framework/simple_object.h"
 
 namespace tov {
 namespace {
 
 // A snapshot enumerator over copies of T (CONNECTDATA or IConnectionPoint*), holding its own references.
-template <class Itf, class T, const IID* piid> class Enumerator final : public Itf {
+template <class Itf, class T, const IID& iid>
+class Enumerator final
+    : public SimpleObject<Enumerator<Itf, T, iid>, Lifetime::DeleteOnLastRelease, Implements<Itf, iid>> {
 public:
     explicit Enumerator(std::vector<T> items) : m_items(std::move(items))
     {
@@ -15,24 +18,6 @@ public:
     ~Enumerator()
     {
         for (auto& item : m_items) ReleaseItem(item);
-    }
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, *piid)) {
-            *ppv = this;
-            AddRef();
-            return S_OK;
-        }
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG n = --m_refs;
-        if (!n) delete this;
-        return n;
     }
     STDMETHODIMP Next(ULONG count, T* out, ULONG* fetched) override
     {
@@ -76,13 +61,12 @@ private:
     static void AddRefItem(IConnectionPoint* p) { if (p) p->AddRef(); }
     static void ReleaseItem(IConnectionPoint* p) { if (p) p->Release(); }
 
-    ULONG m_refs = 1;
     std::vector<T> m_items;
     size_t m_pos = 0;
 };
 
-using ConnectionsEnum = Enumerator<IEnumConnections, CONNECTDATA, &IID_IEnumConnections>;
-using PointsEnum = Enumerator<IEnumConnectionPoints, IConnectionPoint*, &IID_IEnumConnectionPoints>;
+using ConnectionsEnum = Enumerator<IEnumConnections, CONNECTDATA, IID_IEnumConnections>;
+using PointsEnum = Enumerator<IEnumConnectionPoints, IConnectionPoint*, IID_IEnumConnectionPoints>;
 
 } // namespace
 

@@ -20,27 +20,10 @@ std::wstring SubtypeOf(const std::wstring& name)
     return ext.empty() ? L"octet-stream" : ext;
 }
 
-class Format final : public ITOVDataFormat {
+class Format final : public tov::SimpleObject<Format, tov::Lifetime::DeleteOnLastRelease,
+                                              tov::Implements<ITOVDataFormat, IID_ITOVDataFormat>> {
 public:
     explicit Format(std::wstring subtype) : m_subtype(std::move(subtype)) {}
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, IID_ITOVDataFormat)) {
-            *ppv = this;
-            AddRef();
-            return S_OK;
-        }
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG n = --m_refs;
-        if (!n) delete this;
-        return n;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
@@ -62,32 +45,14 @@ public:
     }
 
 private:
-    ULONG m_refs = 1;
     std::wstring m_subtype;
 };
 
-class Container final : public ITOVDataContainer {
+class Container final : public tov::SimpleObject<Container, tov::Lifetime::DeleteOnLastRelease,
+                                                 tov::Implements<ITOVDataContainer, IID_ITOVDataContainer>> {
 public:
     explicit Container(DataProviderStandIn* owner) : m_owner(owner) { m_owner->AddRef(); }
     ~Container() { m_owner->Release(); }
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, IID_ITOVDataContainer)) {
-            *ppv = this;
-            AddRef();
-            return S_OK;
-        }
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG n = --m_refs;
-        if (!n) delete this;
-        return n;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
@@ -105,7 +70,6 @@ public:
     }
 
 private:
-    ULONG m_refs = 1;
     DataProviderStandIn* m_owner;
 };
 
@@ -159,25 +123,6 @@ void DataStore::Clear()
 }
 
 DataProviderStandIn* DataProviderStandIn::Create() { return new DataProviderStandIn(); }
-
-STDMETHODIMP DataProviderStandIn::QueryInterface(REFIID riid, void** ppv)
-{
-    if (!ppv) return E_POINTER;
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, IID_ITOVDataProvider)) {
-        *ppv = static_cast<ITOVDataProvider*>(this);
-        AddRef();
-        return S_OK;
-    }
-    *ppv = nullptr;
-    return E_NOINTERFACE;
-}
-
-STDMETHODIMP_(ULONG) DataProviderStandIn::Release()
-{
-    const ULONG n = --m_refs;
-    if (!n) delete this;
-    return n;
-}
 
 HRESULT DataProviderStandIn::Failure(const wchar_t* method) const
 {

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 #include <vector>
+#include "framework/simple_object.h"
 #include "tov_frontend.h"
 
 namespace tovfe {
@@ -38,13 +39,12 @@ private:
 };
 
 // One provider object (also what the front end puts into the control's PostData property).
-class DataProviderStandIn final : public ITOVDataProvider {
+class DataProviderStandIn final
+    : public tov::SimpleObject<DataProviderStandIn, tov::Lifetime::DeleteOnLastRelease,
+                               tov::Implements<ITOVDataProvider, IID_ITOVDataProvider>> {
 public:
     static DataProviderStandIn* Create(); // one reference for the caller
 
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
@@ -82,7 +82,6 @@ public:
 private:
     DataProviderStandIn() = default;
     HRESULT Failure(const wchar_t* method) const;
-    ULONG m_refs = 1;
     std::wstring m_selected;
 };
 

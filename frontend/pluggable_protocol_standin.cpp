@@ -1,6 +1,7 @@
 #include "frontend/pluggable_protocol_standin.h"
 #include <shlwapi.h>
 #include <string>
+#include "framework/simple_object.h"
 #include "frontend/static_class_factory.h"
 
 namespace tovfe {
@@ -9,27 +10,7 @@ namespace {
 HRESULT g_creationResult = S_OK;
 int g_created = 0;
 
-class Handler final : public IUnknown {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (!IsEqualIID(riid, IID_IUnknown)) { *ppv = nullptr; return E_NOINTERFACE; }
-        *ppv = this;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG n = --m_refs;
-        if (n == 0) delete this;
-        return n;
-    }
-
-private:
-    ULONG m_refs = 0;
-};
+class Handler final : public tov::SimpleObject<Handler, tov::Lifetime::DeleteOnLastRelease, tov::Implements<IUnknown>> {};
 
 // Creation answers as the test planned it and is counted.
 HRESULT AllowCreation()

@@ -4,6 +4,7 @@
 #include <cwctype>
 #include "frontend/data_provider_standin.h"
 #include "framework/com_ptr.h"
+#include "framework/simple_object.h"
 #include "frontend/static_class_factory.h"
 
 namespace tovfe {
@@ -21,28 +22,10 @@ std::wstring StoreKey(const wchar_t* url)
     return key;
 }
 
-class Protocol final : public IInternetProtocol {
+class Protocol final
+    : public tov::SimpleObject<Protocol, tov::Lifetime::DeleteOnLastRelease,
+                               tov::Implements<IInternetProtocol, IID_IInternetProtocol, IID_IInternetProtocolRoot>> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IInternetProtocolRoot) ||
-            IsEqualIID(riid, IID_IInternetProtocol)) {
-            *ppv = static_cast<IInternetProtocol*>(this);
-            AddRef();
-            return S_OK;
-        }
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&m_refs); }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG n = InterlockedDecrement(&m_refs);
-        if (n == 0) delete this;
-        return n;
-    }
-
     STDMETHODIMP Start(LPCWSTR url, IInternetProtocolSink* sink, IInternetBindInfo*, DWORD, HANDLE_PTR) override
     {
         ++g_requests;
@@ -86,7 +69,6 @@ public:
     STDMETHODIMP UnlockRequest() override { return S_OK; }
 
 private:
-    LONG m_refs = 0;
     tov::ComPtr<IInternetProtocolSink> m_sink;
     std::string m_bytes;
     size_t m_offset = 0;

@@ -5,34 +5,23 @@
 #include <windows.h>
 #include <unknwn.h>
 #include <new>
+#include "framework/simple_object.h"
 
 namespace tovfe {
 
-// A T made with new (it starts without references) with one reference for the caller.
+// A T made with new; as a SimpleObject it starts with the one reference for the caller.
 template <class T> T* MadeWithNew()
 {
-    T* object = new (std::nothrow) T;
-    if (object) object->AddRef();
-    return object;
+    return new (std::nothrow) T;
 }
 
-template <class T, T* (*Make)() = &MadeWithNew<T>> class StaticClassFactory final : public IClassFactory {
+template <class T, T* (*Make)() = &MadeWithNew<T>>
+class StaticClassFactory final
+    : public tov::SimpleObject<StaticClassFactory<T, Make>, tov::Lifetime::CountOnly,
+                               tov::Implements<IClassFactory, IID_IClassFactory>> {
 public:
     explicit StaticClassFactory(HRESULT (*allow)() = nullptr) : m_allow(allow) {}
 
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (!IsEqualIID(riid, IID_IUnknown) && !IsEqualIID(riid, IID_IClassFactory)) {
-            *ppv = nullptr;
-            return E_NOINTERFACE;
-        }
-        *ppv = static_cast<IClassFactory*>(this);
-        return S_OK;
-    }
-    // Not counted: the object is static.
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override
     {
         if (!ppv) return E_POINTER;

@@ -34,9 +34,7 @@ public:
     CEngineBrowser();
     ~CEngineBrowser() override;
 
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override { return OuterQueryInterface(riid, ppv); }
-    STDMETHODIMP_(ULONG) AddRef() override { return OuterAddRef(); }
-    STDMETHODIMP_(ULONG) Release() override { return OuterRelease(); }
+    TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override;
 
     // IOleObject

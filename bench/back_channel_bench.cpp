@@ -18,6 +18,7 @@
 #include "frontend/gui_service_standin.h"
 #include "frontend/scripted_browser.h"
 #include "framework/bstr.h"
+#include "framework/simple_object.h"
 #include "framework/variant.h"
 #include "navigation/unescape_url.h"
 
@@ -44,20 +45,9 @@ double Time(int rounds, int runs, const std::function<void()>& body)
 }
 
 // The front end's sink: counts events, nothing more.
-class CountingSink : public IDispatch {
+class CountingSink final : public tov::SimpleObject<CountingSink, tov::Lifetime::CountOnly,
+                                                    tov::Implements<IDispatch, DIID__TOVHTMLControlEvents>> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch) || IsEqualIID(riid, DIID__TOVHTMLControlEvents)) {
-            *ppv = this;
-            return S_OK;
-        }
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }

@@ -21,6 +21,7 @@
 #include "engine/page_hooks.h"
 #include "framework/bstr.h"
 #include "framework/class_factory.h"
+#include "framework/simple_object.h"
 #include "frontend/container_window.h"
 #include "frontend/data_provider_standin.h"
 #include "frontend/frontend_container.h"
@@ -86,16 +87,9 @@ void Report(const char* what, Figures control, Figures floor)
 }
 
 // The front end's sink: remembers that BeforeNavigate came.
-class Sink : public IDispatch {
+class Sink final
+    : public tov::SimpleObject<Sink, tov::Lifetime::CountOnly, tov::Implements<IDispatch, DIID__TOVHTMLControlEvents>> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = this;
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }

@@ -26,7 +26,7 @@ protected:
     {
         if (cookie) Unadvise(cookie);
         ControlFixture::TearDown();
-        EXPECT_EQ(1u, sink.m_refs) << "the control let go of the front end's sink";
+        EXPECT_EQ(1u, sink.RefCount()) << "the control let go of the front end's sink";
     }
     static std::vector<std::wstring> Cursor()
     {

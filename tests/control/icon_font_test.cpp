@@ -8,6 +8,7 @@
 #include "frontend/class_registration.h"
 #include "frontend/gui_service_standin.h"
 #include "framework/bstr.h"
+#include "framework/simple_object.h"
 
 using tov::Bstr;
 using tov::ComPtr;
@@ -27,14 +28,9 @@ std::wstring Icon(const std::wstring& name, const std::wstring& size, const std:
 
 // The DOM document class through a class object that keeps every document the platform's class made
 // for it, or fails every creation when it has no platform class.
-class DocumentFactory : public IClassFactory {
+class DocumentFactory
+    : public tov::SimpleObject<DocumentFactory, tov::Lifetime::CountOnly, tov::Implements<IClassFactory, IID_IClassFactory>> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        return (*ppv = IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory) ? this : nullptr) ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override
     {
         *ppv = nullptr;

@@ -5,6 +5,7 @@
 #include "support/back_channel_fixture.h"
 #include "frontend/scripted_document.h"
 #include "frontend/table_standin.h"
+#include "framework/simple_object.h"
 
 class TovEventInterception : public tovtest::BackChannelFixture {
 protected:
@@ -75,12 +76,7 @@ TEST_F(TovEventInterception, OnlyANumberOrAnErrorCodeAnswerStopsTheSubmittedData
     ASSERT_EQ(S_OK, control->putref_ScriptOnDataSubmitted(table.Object()));
 
     // An object whose pointer's low half reads as a failure code: placed at such an address.
-    struct Placed final : IUnknown {
-        STDMETHODIMP QueryInterface(REFIID, void** ppv) override { *ppv = nullptr; return E_NOINTERFACE; }
-        STDMETHODIMP_(ULONG) AddRef() override { return ++refs; }
-        STDMETHODIMP_(ULONG) Release() override { return --refs; }
-        ULONG refs = 1;
-    };
+    struct Placed final : tov::SimpleObject<Placed, tov::Lifetime::CountOnly, tov::Implements<IUnknown>> {};
     void* place = nullptr;
     for (ULONG_PTR at = 0x180000000ull; !place && at < 0x800000000ull; at += 0x100000000ull)
         place = VirtualAlloc(reinterpret_cast<void*>(at), 0x10000, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
@@ -112,7 +108,7 @@ TEST_F(TovEventInterception, OnlyANumberOrAnErrorCodeAnswerStopsTheSubmittedData
     }
     sink.answerVariant = nullptr;
     browser->SetDocument(nullptr);
-    EXPECT_EQ(1u, object->refs) << "the control released the answer it got";
+    EXPECT_EQ(1u, object->RefCount()) << "the control released the answer it got";
     VirtualFree(place, 0, MEM_RELEASE);
 }
 

@@ -122,7 +122,7 @@ TEST_F(WholeLife, ManyLivesGiveBackEverythingTheyTook)
     ASSERT_NO_FATAL_FAILURE(first.Run());
     ASSERT_EQ(1u, browsers.Created().size());
     EXPECT_EQ(nullptr, browsers.Last()->Site()) << "the container's close reached the browser";
-    EXPECT_EQ(1u, first.sink.m_refs) << "the container let go of the front end's sink";
+    EXPECT_EQ(1u, first.sink.RefCount()) << "the container let go of the front end's sink";
     EXPECT_EQ(1, std::count_if(first.sink.events.begin(), first.sink.events.end(),
                                [](const FiredEvent& e) { return e.id == 1 && e.args.at(2) == L"TOVEVENT:SAVE"; }));
     ASSERT_FALSE(first.tempFilesMade.empty()) << "the picture went through a temporary file";

@@ -80,5 +80,5 @@ TEST(ConnectionPoints, FoundByInterfaceCookiesAreSlotsWrongOnesRefusedAndEveryRe
     EXPECT_EQ(CONNECT_E_NOCONNECTION, source->first.Unadvise(3)) << "twice";
     EXPECT_EQ(E_POINTER, cpc->FindConnectionPoint(kFirstIid, nullptr));
     source->first.UnadviseAll();
-    for (const CountingObject* sink : sinks) EXPECT_EQ(1u, sink->refs) << "no sink keeps a reference";
+    for (const CountingObject* sink : sinks) EXPECT_EQ(1u, sink->RefCount()) << "no sink keeps a reference";
 }

@@ -1,26 +1,19 @@
 #pragma once
 // A COM object for framework tests whose reference count is observable: it answers IUnknown and one extra
-// interface (IPersist by default) and lives on the test's stack, which holds the first reference.
+// interface (IPersist by default) and lives on the test's stack, which holds the first reference. The
+// extra interface is answered with the IPersist pointer whatever it is: the tests that connect it as a
+// sink only hold and compare what they are given, they never call it.
 #include <windows.h>
 #include <ocidl.h>
+#include "framework/simple_object.h"
 
 namespace tovtest {
 
-class CountingObject : public IPersist {
+class CountingObject : public tov::SimpleObject<CountingObject, tov::Lifetime::CountOnly, tov::Implements<IPersist>> {
 public:
     explicit CountingObject(const IID& extra = IID_IPersist) : m_extra(extra) {}
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        *ppv = IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, m_extra) ? static_cast<IPersist*>(this) : nullptr;
-        if (!*ppv) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++refs; }
-    STDMETHODIMP_(ULONG) Release() override { return --refs; }
+    bool AlsoAnswers(REFIID riid) const noexcept { return IsEqualIID(riid, m_extra); }
     STDMETHODIMP GetClassID(CLSID*) override { return E_NOTIMPL; }
-
-    ULONG refs = 1;
 
 private:
     IID m_extra;

@@ -24,7 +24,7 @@ TEST(ComPtr, EveryReferenceTakenIsGivenBack)
         b = c;
         b = b.Get();
         c = std::move(c);
-        EXPECT_EQ(3u, obj.refs) << "a move takes the reference over; assigning the same object keeps the count";
+        EXPECT_EQ(3u, obj.RefCount()) << "a move takes the reference over; assigning the same object keeps the count";
         c.Put();
         ComPtr<IPersist> copy;
         copy.Attach(b.CopyOut());
@@ -36,8 +36,8 @@ TEST(ComPtr, EveryReferenceTakenIsGivenBack)
         EXPECT_EQ(E_POINTER, ComPtr<IUnknown>().As(IID_IPersist, b));
         EXPECT_FALSE(b) << "the target is emptied when there is nothing to ask";
     }
-    EXPECT_EQ(1u, obj.refs);
-    EXPECT_EQ(1u, other.refs);
+    EXPECT_EQ(1u, obj.RefCount());
+    EXPECT_EQ(1u, other.RefCount());
 }
 
 TEST(Bstr, CopiesOwnTheirTextNullAndEmptyStayApartAndTooLongThrows)
@@ -70,9 +70,9 @@ TEST(Variant, CopiesHoldTheirOwnReferences)
         copy = v;
         copy = copy;
         tov::Variant another(copy);
-        EXPECT_EQ(4u, obj.refs) << "every copy holds its own reference";
+        EXPECT_EQ(4u, obj.RefCount()) << "every copy holds its own reference";
     }
-    EXPECT_EQ(1u, obj.refs);
+    EXPECT_EQ(1u, obj.RefCount());
 }
 
 TEST(UniqueHandle, AMoveHandsTheWindowOverAndAssigningClosesWhatWasOwned)

@@ -139,7 +139,7 @@ TEST_F(WindowedControl, QuickActivationConnectsTheContainersEventSinkOfTheRightI
         ASSERT_EQ(S_OK, quick->QuickActivate(&container, &control));
         EXPECT_EQ(kMiscStatus, control.dwMiscStatus);
         EXPECT_EQ(1u, control.dwEventCookie);
-        EXPECT_EQ(2u, sink.refs) << "the connection holds the sink";
+        EXPECT_EQ(2u, sink.RefCount()) << "the connection holds the sink";
 
         container.pUnkEventSink = &other;
         control = QACONTROL{sizeof(QACONTROL)};
@@ -149,5 +149,5 @@ TEST_F(WindowedControl, QuickActivationConnectsTheContainersEventSinkOfTheRightI
         EXPECT_EQ(E_INVALIDARG, quick->QuickActivate(&small, &control));
         EXPECT_EQ(E_POINTER, quick->QuickActivate(nullptr, &control));
     }
-    EXPECT_EQ(1u, sink.refs);
+    EXPECT_EQ(1u, sink.RefCount());
 }

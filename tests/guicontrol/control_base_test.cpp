@@ -4,6 +4,7 @@
 #include "frontend/gui_service_standin.h"
 #include "frontend/plugin_service_standin.h"
 #include "guicontrol/hook_recorder.h"
+#include "framework/simple_object.h"
 
 using tov::ComPtr;
 using tovfe::CacheOnlyServiceStandIn;
@@ -15,16 +16,11 @@ namespace {
 
 ULONG Refs(IUnknown* p) { p->AddRef(); return p->Release(); }
 
-// A class object handing out one existing object, as a front end's registered class would.
-struct OneObjectFactory final : IClassFactory {
+// A class object handing out one existing object, as a front end's registered class would; it lives on
+// the test's stack.
+struct OneObjectFactory final
+    : tov::SimpleObject<OneObjectFactory, tov::Lifetime::CountOnly, tov::Implements<IClassFactory, IID_IClassFactory>> {
     explicit OneObjectFactory(IUnknown* p) : object(p) {}
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override
-    {
-        *ppv = IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IClassFactory) ? this : nullptr;
-        return *ppv ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; } // it lives on the test's stack
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP CreateInstance(IUnknown*, REFIID riid, void** ppv) override { return object->QueryInterface(riid, ppv); }
     STDMETHODIMP LockServer(BOOL) override { return S_OK; }
     ComPtr<IUnknown> object;

@@ -47,15 +47,15 @@ TEST(ClassObject, CreatesTheControlAggregated)
         ComPtr<IUnknown> inner, identity, same;
         EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(&outer, IID_ITOVHTMLControl, inner.PutVoid()));
         ASSERT_EQ(S_OK, factory->CreateInstance(&outer, IID_IUnknown, inner.PutVoid()));
-        EXPECT_EQ(1u, outer.refs) << "creating the inner control adds no reference to the outer object";
+        EXPECT_EQ(1u, outer.RefCount()) << "creating the inner control adds no reference to the outer object";
         ComPtr<ITOVHTMLControl> control;
         ASSERT_EQ(S_OK, inner->QueryInterface(IID_ITOVHTMLControl, control.PutVoid()));
-        EXPECT_EQ(2u, outer.refs) << "the control's interfaces count on the outer object";
+        EXPECT_EQ(2u, outer.RefCount()) << "the control's interfaces count on the outer object";
         ASSERT_EQ(S_OK, control->QueryInterface(IID_IUnknown, identity.PutVoid()));
         EXPECT_EQ(static_cast<IUnknown*>(&outer), identity.Get()) << "and answer for its identity";
         ASSERT_EQ(S_OK, inner->QueryInterface(IID_IUnknown, same.PutVoid()));
         EXPECT_EQ(inner.Get(), same.Get()) << "the inner unknown answers IUnknown with itself";
     }
-    EXPECT_EQ(1u, outer.refs);
+    EXPECT_EQ(1u, outer.RefCount());
     EXPECT_EQ(S_OK, ocx.CanUnloadNow()) << "the outer object's release of the inner unknown ended the control";
 }

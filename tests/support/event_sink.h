@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 #include "TOVHTML_h.h"
+#include "framework/simple_object.h"
 
 namespace tovtest {
 
@@ -15,11 +16,10 @@ struct FiredEvent {
     std::vector<std::wstring> args; // declaration order; numbers as decimal text, null BSTR as "<null>"
 };
 
-class RecordingEventSink : public IDispatch {
+// Owned by the test's stack frame; tests read its count to see that the control let go of it.
+class RecordingEventSink : public tov::SimpleObject<RecordingEventSink, tov::Lifetime::CountOnly, tov::Implements<IDispatch>> {
 public:
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_refs; }
-    STDMETHODIMP_(ULONG) Release() override { return --m_refs; }
+    bool AlsoAnswers(REFIID riid) const noexcept { return IsEqualIID(riid, iid); }
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
@@ -33,7 +33,6 @@ public:
     // When set, the sink answers with this VARIANT instead of `answer` as a VT_I4 (the test owns it).
     const VARIANT* answerVariant = nullptr;
     IID iid = DIID__TOVHTMLControlEvents;
-    ULONG m_refs = 1; // owned by the test's stack frame
 };
 
 } // namespace tovtest

@@ -69,6 +69,21 @@ ComPtr<ITOVTraceSink> CTOVHTMLControl::TraceSinkRef()
     return ComPtr<ITOVTraceSink>(GetTraceSink());
 }
 
+void CTOVHTMLControl::CaughtFailure(HRESULT hr, std::string_view where) noexcept
+{
+    if (m_trace.Level() < trace::kCaughtFailureLevel) return;
+    m_trace.CaughtFailure(TraceSinkRef().Get(), hr, where);
+}
+
+std::string_view CTOVHTMLControl::BoundaryName(const std::source_location& where) noexcept
+{
+    // "virtual HRESULT CTOVHTMLControl::ShowURL(BSTR, BSTR, LONG*)" gives "CTOVHTMLControl::ShowURL".
+    const std::string_view name = where.function_name();
+    const std::string_view head = name.substr(0, name.find('('));
+    const size_t blank = head.rfind(' ');
+    return blank == std::string_view::npos ? head : head.substr(blank + 1);
+}
+
 LONG CTOVHTMLControl::OnContainerConnected()
 {
     return OnTraceSettingsChanged();

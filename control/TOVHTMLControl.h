@@ -5,6 +5,7 @@
 #include <exdisp.h>
 #include <ocidl.h>
 #include <map>
+#include <source_location>
 #include <vector>
 #include <string>
 #include <string_view>
@@ -154,12 +155,13 @@ private:
     // front end's handlers run inside it and may drop the control's last reference while the browser
     // still holds the sink or site it called (see OnLastRelease). No exception goes back to the browser;
     // a control already torn down handles nothing.
-    template <class F> HRESULT HandleBrowserCall(F&& handler) noexcept
+    template <class F>
+    HRESULT HandleBrowserCall(F&& handler, std::source_location where = std::source_location::current()) noexcept
     {
         if (BrowserSilenced()) return S_OK;
         ++m_cBrowserCalls;
         tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
-        const HRESULT hr = tov::GuardedCall(std::forward<F>(handler));
+        const HRESULT hr = tov::GuardedCall(std::forward<F>(handler), Failures(), BoundaryName(where));
         keepAlive.Reset();
         --m_cBrowserCalls;
         FreeOnceBrowserLetGo();
@@ -168,11 +170,17 @@ private:
     // Every method the front end or a container calls runs under this: the control holds itself for the
     // whole call (the browser fires events from inside its own methods, and a front end's handler may drop
     // the last reference to the control there), and an exception becomes the call's HRESULT.
-    template <class F> HRESULT MethodCall(F&& body) noexcept
+    template <class F> HRESULT MethodCall(F&& body, std::source_location where = std::source_location::current()) noexcept
     {
         tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
-        return tov::GuardedCall(std::forward<F>(body));
+        return tov::GuardedCall(std::forward<F>(body), Failures(), BoundaryName(where));
     }
+    // Every boundary reports what it caught here: a failure block in the trace, at the level for it. Both
+    // bases' boundaries come here too.
+    void CaughtFailure(HRESULT hr, std::string_view where) noexcept override;
+    tov::FailureReport& Failures() noexcept { return static_cast<tov::WindowedControlBase&>(*this); }
+    // The boundary's name for the trace: the qualified name of the function the call is in.
+    static std::string_view BoundaryName(const std::source_location& where) noexcept;
     // From the start of the control's take-down (the container's Close or the last release) the browser's
     // calls are answered (Cancel set where there is one) but reach neither the front end nor scripts.
     bool BrowserSilenced() const noexcept { return m_bLastReleased || m_bTakenDown; }

@@ -28,9 +28,11 @@ HRESULT CTOVHTMLControl::AutomationCall(std::string_view scopeName, const char* 
                 body(scope, code);
             }
         } catch (...) {
+            tov::ReportCaught(Failures(), scopeName);
             if (code == tov::codes::kSuccess) code = tov::codes::kException;
         }
     } catch (...) {
+        tov::ReportCaught(Failures(), scopeName);
         if (code == tov::codes::kSuccess) code = tov::codes::kException;
     }
     if (pRetCode) *pRetCode = code;

@@ -125,6 +125,7 @@ void CTOVHTMLControl::FinalRelease() noexcept
         CTraceScope scope(m_trace, TraceSinkRef(), "FinalRelease()");
         TakeDown(TakeDownKind::LastRelease);
     } catch (...) {
+        ReportCaught(Failures(), "FinalRelease");
     }
 }
 

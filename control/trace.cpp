@@ -39,6 +39,15 @@ void CTrace::WriteLine(ITOVTraceSink* pSink, const std::string& line) const
     if (pSink) pSink->WriteLine(m_clsid, line.c_str());
 }
 
+void CTrace::CaughtFailure(ITOVTraceSink* pSink, HRESULT hr, std::string_view where) const noexcept
+{
+    if (!pSink) return;
+    try {
+        m_lines.CaughtFailure(static_cast<uint32_t>(hr), where, SinkWriter(pSink, m_clsid));
+    } catch (...) {
+    }
+}
+
 CTraceScope::CTraceScope(CTrace& trace, tov::ComPtr<ITOVTraceSink> sink, std::string_view name, unsigned level)
     : m_trace(trace), m_pSink(std::move(sink))
 {

@@ -20,6 +20,8 @@ public:
     void RefreshLevel(ITOVTraceSink* pSink);
     // One line straight to the sink, under the caller's own level test.
     void WriteLine(ITOVTraceSink* pSink, const std::string& line) const;
+    // The failure block for what the boundary `where` caught, when the level asks for it; never fails.
+    void CaughtFailure(ITOVTraceSink* pSink, HRESULT hr, std::string_view where) const noexcept;
 
 private:
     tov::trace::TraceLines m_lines;

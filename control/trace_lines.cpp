@@ -1,4 +1,5 @@
 #include "trace_lines.h"
+#include <cstdio>
 
 namespace tov::trace {
 
@@ -42,6 +43,18 @@ void TraceLines::Write(const std::string& scopeLine, std::string_view text, int 
     if (!scopeLine.empty()) write(scopeLine);
     write(std::string(text));
     write(Separator(kind));
+}
+
+void TraceLines::CaughtFailure(uint32_t code, std::string_view where, const LineWriter& write) const
+{
+    if (m_nLevel < kCaughtFailureLevel) return;
+    char hex[16];
+    std::snprintf(hex, sizeof hex, "0x%08X", static_cast<unsigned>(code));
+    std::string text = "Caught failure ";
+    text += hex;
+    text += " in ";
+    text += where;
+    Write(std::string(), text, kFailure, write);
 }
 
 } // namespace tov::trace

@@ -2,6 +2,7 @@
 // The trace's line logic: entry and exit lines by depth, and message blocks by kind. Standard C++ only;
 // the control binds it to the front end's trace sink (CTrace), tests bind it to a vector.
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,10 @@ namespace tov::trace {
 using LineWriter = std::function<void(const std::string&)>;
 
 enum MessageKind : int { kDetail = 0, kNotice = 1, kFailure = 2 };
+
+// Failures that a boundary caught (an exception turned into an HRESULT or a return code) are traced
+// from this level on, above every level the regular lines use.
+inline constexpr unsigned kCaughtFailureLevel = 3;
 
 const std::string& Separator(int kind);
 
@@ -28,6 +33,8 @@ public:
     void Close(const std::string& entryLine, size_t depth, const LineWriter& write);
     // A message of `kind` inside the scope whose entry line is `scopeLine`.
     void Write(const std::string& scopeLine, std::string_view text, int kind, const LineWriter& write) const;
+    // The failure block for a failure `code` caught at the boundary `where`, when the level asks for it.
+    void CaughtFailure(uint32_t code, std::string_view where, const LineWriter& write) const;
 
 private:
     unsigned m_nLevel = 0;

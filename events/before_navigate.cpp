@@ -54,6 +54,7 @@ HRESULT CTOVHTMLControl::OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR Tar
     try {
         hr = OnBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
     } catch (...) {
+        ReportCaught(Failures(), "BeforeNavigate");
         hr = S_OK;
     }
     // New-window style: a page's own top-level link opens in a new browser window and this page stays.
@@ -87,6 +88,7 @@ HRESULT CTOVHTMLControl::OnFrameBeforeNavigate(BSTR URL, LONG Flags, BSTR Target
     try {
         return OnBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
     } catch (...) {
+        ReportCaught(Failures(), "FrameBeforeNavigate");
         return S_OK;
     }
 }

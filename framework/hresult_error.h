@@ -2,6 +2,7 @@
 // Failures inside the control travel as exceptions carrying an HRESULT and are caught at every COM boundary.
 #include <windows.h>
 #include <exception>
+#include <string_view>
 
 namespace tov {
 
@@ -50,6 +51,34 @@ template <class F> HRESULT GuardedCall(F&& body) noexcept
         return body();
     } catch (...) {
         return HResultFromCurrentException();
+    }
+}
+
+// Where an object's boundaries report what they caught: the HRESULT and the boundary's name. Objects
+// that keep a trace write it there; the report itself never fails.
+class FailureReport {
+public:
+    virtual void CaughtFailure(HRESULT hr, std::string_view where) noexcept = 0;
+
+protected:
+    ~FailureReport() = default;
+};
+
+// Inside a catch block: the HRESULT the caught exception stands for, reported.
+inline HRESULT ReportCaught(FailureReport& report, std::string_view where) noexcept
+{
+    const HRESULT hr = HResultFromCurrentException();
+    report.CaughtFailure(hr, where);
+    return hr;
+}
+
+// GuardedCall for an object that reports what its boundaries catch.
+template <class F> HRESULT GuardedCall(F&& body, FailureReport& report, std::string_view where) noexcept
+{
+    try {
+        return body();
+    } catch (...) {
+        return ReportCaught(report, where);
     }
 }
 

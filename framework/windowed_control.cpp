@@ -75,7 +75,7 @@ STDMETHODIMP WindowedControlBase::GetClientSite(IOleClientSite** ppClientSite)
 STDMETHODIMP WindowedControlBase::Close(DWORD dwSaveOption)
 {
     ComPtr<IUnknown> keepAlive(ControlIdentity());
-    return GuardedCall([&] { return CloseControl(dwSaveOption); });
+    return GuardedCall([&] { return CloseControl(dwSaveOption); }, *this, "IOleObject::Close");
 }
 
 HRESULT WindowedControlBase::StandardClose(DWORD)
@@ -103,7 +103,8 @@ STDMETHODIMP WindowedControlBase::DoVerb(LONG iVerb, LPMSG, IOleClientSite* pAct
 {
     ComPtr<IUnknown> keepAlive(ControlIdentity());
     if (!m_pClientSite && pActiveSite) m_pClientSite = pActiveSite;
-    return GuardedCall([&]() -> HRESULT {
+    return GuardedCall(
+        [&]() -> HRESULT {
         switch (iVerb) {
         case OLEIVERB_PRIMARY:
         case OLEIVERB_SHOW:
@@ -121,7 +122,8 @@ STDMETHODIMP WindowedControlBase::DoVerb(LONG iVerb, LPMSG, IOleClientSite* pAct
         default:
             return iVerb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
         }
-    });
+        },
+        *this, "IOleObject::DoVerb");
 }
 
 STDMETHODIMP WindowedControlBase::EnumVerbs(IEnumOLEVERB** ppEnumOleVerb)
@@ -347,6 +349,7 @@ LRESULT CALLBACK WindowedControlBase::WindowProc(HWND hwnd, UINT msg, WPARAM wPa
             try {
                 self->OnWindowDestroying();
             } catch (...) {
+                ReportCaught(*self, "WM_DESTROY");
             }
         }
         if (msg == WM_NCDESTROY) {
@@ -358,6 +361,7 @@ LRESULT CALLBACK WindowedControlBase::WindowProc(HWND hwnd, UINT msg, WPARAM wPa
             try {
                 handled = self->OnMessage(msg, wParam, lParam, result);
             } catch (...) {
+                ReportCaught(*self, "the control's window procedure");
                 handled = false;
             }
             if (handled) return result;

@@ -6,6 +6,7 @@
 #include <ocidl.h>
 #include <oleidl.h>
 #include "framework/com_ptr.h"
+#include "framework/hresult_error.h"
 
 namespace tov {
 
@@ -18,7 +19,8 @@ class WindowedControlBase : public IOleObject,
                             public IQuickActivate,
                             public IOleControl,
                             public IDataObject,
-                            public ISpecifyPropertyPages {
+                            public ISpecifyPropertyPages,
+                            public FailureReport {
 public:
     WindowedControlBase();
     virtual ~WindowedControlBase();
@@ -143,6 +145,8 @@ protected:
     HRESULT StandardClose(DWORD dwSaveOption);
     // The outgoing interface the container connects in QuickActivate (IID_NULL: none).
     virtual const IID& DefaultSourceIid() const { return IID_NULL; }
+    // What the control's boundaries caught; a control with a trace writes it there.
+    void CaughtFailure(HRESULT, std::string_view) noexcept override {}
 
 private:
     HRESULT InPlaceActivate(LONG verb, HWND hwndParent, LPCRECT lprcPosRect);

@@ -59,6 +59,7 @@ STDMETHODIMP CTOVGUIControlBase::SetContainer(IUnknown* pContainer)
             m_bConnected = true;
         }
     } catch (...) {
+        tov::ReportCaught(*this, "SetContainer");
     }
     return S_OK;
 }
@@ -75,6 +76,7 @@ STDMETHODIMP CTOVGUIControlBase::HandleEvent(LONG lEvent, IUnknown* pParameter)
         }
         return DispatchEvent(lEvent, pParameter);
     } catch (...) {
+        tov::ReportCaught(*this, "HandleEvent");
         return E_UNEXPECTED;
     }
 }
@@ -173,45 +175,45 @@ STDMETHODIMP CTOVGUIControlBase::ForwardToGUIService(LONG lValue)
         if (auto target = tov::QueryAs<ITOVGUIForwardTarget>(object.Get(), IID_ITOVGUIForwardTarget))
             target->Forward(lValue);
         return S_OK;
-    });
+    }, *this, "ForwardToGUIService");
 }
 
 // Personalisation and data provider notifications: the hooks' answers are the results.
 STDMETHODIMP CTOVGUIControlBase::SetTessarilProperty(LPCWSTR name, LPCWSTR value)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnSetTessarilProperty(name, value)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnSetTessarilProperty(name, value)); }, *this, "SetTessarilProperty");
 }
 STDMETHODIMP CTOVGUIControlBase::TessarilMethod4(LPCWSTR name, LONG kind, VARIANT* value, LONG* result)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod4(name, kind, value, result)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod4(name, kind, value, result)); }, *this, "TessarilMethod4");
 }
 STDMETHODIMP CTOVGUIControlBase::ResetTessarilProperty()
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnResetTessarilProperty()); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnResetTessarilProperty()); }, *this, "ResetTessarilProperty");
 }
 STDMETHODIMP CTOVGUIControlBase::TessarilMethod6(LPCWSTR name)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod6(name)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod6(name)); }, *this, "TessarilMethod6");
 }
 STDMETHODIMP CTOVGUIControlBase::TessarilMethod7(LPCWSTR name, VARIANT* value)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod7(name, value)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod7(name, value)); }, *this, "TessarilMethod7");
 }
 STDMETHODIMP CTOVGUIControlBase::TessarilMethod8(IUnknown* tool)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod8(tool)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnTessarilMethod8(tool)); }, *this, "TessarilMethod8");
 }
 STDMETHODIMP CTOVGUIControlBase::DataEvent3(IUnknown* provider)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnDataEvent3(provider)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnDataEvent3(provider)); }, *this, "DataEvent3");
 }
 STDMETHODIMP CTOVGUIControlBase::DataEvent5(IUnknown* provider, LPCWSTR url, LONG kind, LONG value)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnDataEvent5(provider, url, kind, value)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnDataEvent5(provider, url, kind, value)); }, *this, "DataEvent5");
 }
 STDMETHODIMP CTOVGUIControlBase::DataEvent6(IUnknown* provider)
 {
-    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnDataEvent6(provider)); });
+    return tov::GuardedCall([&] { return static_cast<HRESULT>(OnDataEvent6(provider)); }, *this, "DataEvent6");
 }
 
 IUnknown* CTOVGUIControlBase::FetchService(Service which, REFGUID sid, REFIID iid)

@@ -8,6 +8,7 @@
 #include <string>
 #include "tov_frontend.h"
 #include "framework/com_ptr.h"
+#include "framework/hresult_error.h"
 
 // The numbers of a DPI change (framework event 106); -1 where the record does not give one.
 struct TOVDpiRecord {
@@ -16,7 +17,10 @@ struct TOVDpiRecord {
     LONG scalingFactorY = -1;
 };
 
-class CTOVGUIControlBase : public ITOVGUIControl, public ITOVGUITessarilControl, public _ITOVDataProviderEvents {
+class CTOVGUIControlBase : public ITOVGUIControl,
+                           public ITOVGUITessarilControl,
+                           public _ITOVDataProviderEvents,
+                           public tov::FailureReport {
 public:
     // The front-end services, in the order of the cache.
     enum class Service : size_t {
@@ -134,4 +138,9 @@ protected:
 
 private:
     bool m_bConnected = false;
+
+protected:
+    // What the base's boundaries caught; a control with a trace writes it there. Declared last, so that
+    // it takes no place among the hooks in the virtual table.
+    void CaughtFailure(HRESULT, std::string_view) noexcept override {}
 };

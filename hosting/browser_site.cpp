@@ -53,6 +53,7 @@ STDMETHODIMP CBrowserSite::GetContainer(IOleContainer** ppContainer)
     try {
         return QueryInterface(IID_IOleContainer, reinterpret_cast<void**>(ppContainer)) == S_OK ? S_OK : E_NOINTERFACE;
     } catch (...) {
+        tov::ReportCaught(m_control.Failures(), "CBrowserSite::GetContainer");
         return E_FAIL;
     }
 }
@@ -63,6 +64,7 @@ STDMETHODIMP CBrowserSite::ShowObject()
     try {
         m_control.ActivateBrowserInPlace(false);
     } catch (...) {
+        tov::ReportCaught(m_control.Failures(), "CBrowserSite::ShowObject");
     }
     return S_OK;
 }
@@ -285,8 +287,10 @@ STDMETHODIMP CBrowserSite::Exec(const GUID* pguidCmdGroup, DWORD nCmdID, DWORD, 
             }
         }
     } catch (...) {
+        tov::ReportCaught(m_control.Failures(), "CBrowserSite::Exec");
         hr = E_FAIL;
     }
+    // Deliberate: the out-argument says TRUE whatever happened, also without an event object.
     if (pvaOut) {
         VariantClear(pvaOut);
         pvaOut->vt = VT_BOOL;

@@ -10,6 +10,7 @@ HRESULT CTOVHTMLControl::CloseControl(DWORD dwSaveOption)
         TakeDown(TakeDownKind::ContainerClose);
     } catch (...) {
         // The steps end where the failure happened; the standard close still runs.
+        ReportCaught(Failures(), "Close");
     }
     return StandardClose(dwSaveOption);
 }
@@ -27,6 +28,7 @@ STDMETHODIMP CTOVHTMLControl::InPlaceDeactivate()
             if (inPlace) inPlace->InPlaceDeactivate();
         }
     } catch (...) {
+        ReportCaught(Failures(), "InPlaceDeactivate");
     }
     return WindowedControlBase::InPlaceDeactivate();
 }

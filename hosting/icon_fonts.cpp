@@ -112,6 +112,7 @@ bool CTOVHTMLControl::ParseXMLIconRequest(BSTR request, Bstr& answer)
         }
     } catch (...) {
         // The answer built so far goes out as it stands.
+        ReportCaught(Failures(), "icon request");
     }
     if (reply.Empty()) {
         answer = Bstr(L"");

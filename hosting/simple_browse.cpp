@@ -48,11 +48,13 @@ HRESULT CTOVHTMLControl::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* /*Cancel: 
             }
             CTraceScope(m_trace, TraceSinkRef(), "NewWindow2 ATL CWindow invalid.");
         } catch (...) {
+            ReportCaught(Failures(), "NewWindow2");
             CTraceScope(m_trace, TraceSinkRef(), "Exception raised in NewWindow2 method .");
             return E_FAIL;
         }
         return S_OK;
     } catch (...) {
+        ReportCaught(Failures(), "NewWindow2");
         return E_FAIL;
     }
 }

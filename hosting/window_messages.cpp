@@ -76,6 +76,7 @@ bool CTOVHTMLControl::OnMessage(UINT msg, WPARAM wParam, LPARAM lParam, LRESULT&
                     GetClientRect(ControlWindow(), &rc))
                     inPlace->SetObjectRects(&rc, &rc);
             } catch (...) {
+                ReportCaught(Failures(), "WM_SIZE");
             }
         }
         return true;

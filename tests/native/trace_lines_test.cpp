@@ -67,3 +67,18 @@ TEST_F(TraceLines, MessageKindsByLevel)
         EXPECT_EQ(c.written, lines) << "level " << c.level << ", " << c.text;
     }
 }
+
+TEST_F(TraceLines, CaughtFailuresOnlyFromTheirOwnLevel)
+{
+    for (unsigned level : {0u, 1u, 2u}) {
+        t.SetLevel(level);
+        t.CaughtFailure(0x8007000E, "CTOVHTMLControl::ShowURL", write);
+    }
+    EXPECT_TRUE(lines.empty()) << "levels 0 to 2 keep their lines as they are";
+    t.SetLevel(tov::trace::kCaughtFailureLevel);
+    t.CaughtFailure(0x8007000E, "CTOVHTMLControl::ShowURL", write);
+    t.CaughtFailure(0x1, "WM_SIZE", write);
+    EXPECT_EQ((Lines{kHashes, "Caught failure 0x8007000E in CTOVHTMLControl::ShowURL", kHashes,
+                     kHashes, "Caught failure 0x00000001 in WM_SIZE", kHashes}),
+              lines);
+}

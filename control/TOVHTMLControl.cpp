@@ -9,11 +9,6 @@ namespace {
 HMODULE g_hMsxml3 = nullptr;
 } // namespace
 
-bool BstrLocaleLess::operator()(const Bstr& a, const Bstr& b) const
-{
-    return VarBstrCmp(a.Get(), b.Get(), LOCALE_USER_DEFAULT, 0) == static_cast<HRESULT>(VARCMP_LT);
-}
-
 CTOVHTMLControl::CTOVHTMLControl()
     : m_bstrURLPrefixLocal(L""), m_bstrURLPrefixGlobal(L""), m_bstrHeaders(L""), m_bstrTargetFrame(L""),
       m_bstrTessarilSavedURL(L"")

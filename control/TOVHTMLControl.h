@@ -24,13 +24,11 @@
 #include "tov_frontend.h"
 #include "hosting/browser_site.h"
 
+#include "hosting/detached_windows.h"
 #include "hosting/tov_dialog_box.h"
+#include "navigation/own_navigation.h"
+#include "navigation/temporary_files.h"
 struct IHTMLDocument2;
-
-// Orders BSTR keys as the user's locale compares them (case-sensitive).
-struct BstrLocaleLess {
-    bool operator()(const tov::Bstr& a, const tov::Bstr& b) const;
-};
 
 class CTOVHTMLControl : public tov::ObjectRoot,
                         public tov::WindowedControlBase,
@@ -244,7 +242,6 @@ private:
     void InternalExecuteScript(const std::string& script);
     tov::ComPtr<IHTMLDocument2> CurrentDocument(const CTraceScope& scope);
     void DeleteSourceFiles() noexcept;
-    std::vector<std::wstring> m_sourceFiles;
     // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.
     bool ParseXMLIconRequest(BSTR request, tov::Bstr& answer);
     tov::Bstr getGUIIconResource(BSTR name);
@@ -266,7 +263,8 @@ private:
 
     // Members in the order the control declares them.
     std::wstring m_pszTempFileStem;
-    BOOL m_bSourceFileCreated = 0;
+    // The temporary files and source files made, with their deletion.
+    tov::TemporaryFiles m_files;
     bool m_bShellOpenDetached = false;
     tov::Bstr m_bstrLanguage;
     CTrace m_trace;
@@ -288,7 +286,7 @@ private:
     std::string m_strScriptOnBRELCompleted;
     std::string m_strScriptOnDataSubmitted;
     tov::Bstr m_bstrNavigationStyle;
-    bool m_bOwnNavigation = false;
+    tov::OwnNavigation m_ownNavigation;
     LONG m_nProtocolMode = 1;
     LONG m_lNewWindowNavFlags = 0;
     BOOL m_bRestrictSchemes = 0;
@@ -297,9 +295,8 @@ private:
     BOOL m_bScriptOnBRELCompleted = 0;
     wchar_t m_szInstanceTag[64] = {};
     LONG m_bEnableOutputFile = 0;
-    std::multimap<tov::Bstr, tov::Bstr, BstrLocaleLess> m_mapTempFiles;
-    std::map<tov::Bstr, tov::ComPtr<IWebBrowser2>, BstrLocaleLess> m_mapDetachedBrowsers;
-    tov::ComPtr<IWebBrowser2> m_pDetachedBrowser;
+    // The browser windows opened outside the control, and the one used last.
+    tov::DetachedBrowserWindows m_detached;
     tov::ComPtr<IOleCommandTarget> m_pCommandTarget;
     bool m_bInternalPage = true;
     bool m_bMetaTagFound = false;

@@ -12,9 +12,8 @@ using namespace tov;
 
 namespace {
 
-std::wstring_view View(BSTR b) { return b ? std::wstring_view(b, SysStringLen(b)) : std::wstring_view(); }
-
-// The browser reads Cancel as a flag; the control writes 1 (not VARIANT_TRUE) as the front end has always seen.
+// Deliberate: Cancel gets 1, not VARIANT_TRUE; the browser reads it as a flag, and front ends that
+// look at it have always seen 1.
 void SetCancel(VARIANT_BOOL* Cancel, VARIANT_BOOL value)
 {
     if (Cancel) *Cancel = value;
@@ -48,7 +47,7 @@ HRESULT CTOVHTMLControl::OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR Tar
                                                   BSTR Headers, VARIANT_BOOL* Cancel)
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "BeforeNavigate");
-    if (m_trace.Level() >= 2) scope.Detail(ToAnsi(View(URL)));
+    if (m_trace.Level() >= 2) scope.Detail(ToAnsi(BstrView(URL)));
     m_bDocumentComplete = false;
     HRESULT hr = S_OK;
     try {
@@ -60,7 +59,8 @@ HRESULT CTOVHTMLControl::OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR Tar
     // New-window style: a page's own top-level link opens in a new browser window and this page stays.
     // Tested after the interception, so a handled TOVEVENT (an own navigation) is never re-issued.
     const ComPtr<IWebBrowser2> browser = m_pWebBrowser;
-    if (browser && m_lNewWindowNavFlags != 0 && Flags == 0 && !m_bOwnNavigation) {
+    const bool own = m_ownNavigation.Take();
+    if (browser && m_lNewWindowNavFlags != 0 && Flags == 0 && !own) {
         Zoom();
         VARIANT flags, frame, headers;
         VariantInit(&flags);
@@ -77,7 +77,6 @@ HRESULT CTOVHTMLControl::OnTopLevelBeforeNavigate(BSTR URL, LONG Flags, BSTR Tar
         hr = browser->Navigate(URL, &flags, &frame, &headers, PostData);
         SetCancel(Cancel, 1);
     }
-    if (m_bOwnNavigation) m_bOwnNavigation = false;
     return hr;
 }
 
@@ -99,8 +98,8 @@ HRESULT CTOVHTMLControl::OnBeforeNavigate(BSTR URL, LONG /*Flags*/, BSTR TargetF
     CTraceScope scope(m_trace, TraceSinkRef(), "OnBeforeNavigate");
     // Every navigation passes here: the texts are only made when they are written.
     if (m_trace.Level() >= 2) {
-        scope.Detail(ToAnsi(View(URL)));
-        scope.Detail(ToAnsi(View(TargetFrameName)));
+        scope.Detail(ToAnsi(BstrView(URL)));
+        scope.Detail(ToAnsi(BstrView(TargetFrameName)));
     }
 
     const UINT codePage = FrontendCodePage();
@@ -111,7 +110,7 @@ HRESULT CTOVHTMLControl::OnBeforeNavigate(BSTR URL, LONG /*Flags*/, BSTR TargetF
         }
     }
 
-    std::wstring url = url::UnescapeURL(View(URL));
+    std::wstring url = url::UnescapeURL(BstrView(URL));
     if (codePage == CP_UTF8 && !m_bstrLanguage.IsNull() && m_bstrLanguage.View() == L"JA") url = RedecodeAsUtf8(url);
 
     if (!url::IsEventUrl(url)) {
@@ -128,7 +127,7 @@ HRESULT CTOVHTMLControl::OnBeforeNavigate(BSTR URL, LONG /*Flags*/, BSTR TargetF
     Bstr headers = Bstr::CopyOf(Headers);
     m_bstrTargetFrame = std::move(frame);
     m_bstrHeaders = std::move(headers);
-    m_bOwnNavigation = true;
+    m_ownNavigation.Begin();
     m_lURLLength = static_cast<LONG>(std::min<size_t>(url.size(), 0x7FFFFFFF));
 
     const url::UrlPieces pieces = url::PackUrl(url);

@@ -68,4 +68,12 @@ inline bool ReplaceWithCopy(Bstr& member, BSTR value) noexcept
     return true;
 }
 
+// Orders BSTR keys as the user's locale compares them (case-sensitive).
+struct BstrLocaleLess {
+    bool operator()(const Bstr& a, const Bstr& b) const noexcept
+    {
+        return VarBstrCmp(a.Get(), b.Get(), LOCALE_USER_DEFAULT, 0) == static_cast<HRESULT>(VARCMP_LT);
+    }
+};
+
 } // namespace tov

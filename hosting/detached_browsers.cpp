@@ -25,38 +25,17 @@ HRESULT CTOVHTMLControl::OpenDocumentInNewWindow(BSTR url)
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "OpenDocumentInNewWindow");
     const Bstr key = Bstr::CopyOf(url);
-    bool create = true;
-    if (const auto found = m_mapDetachedBrowsers.find(key); found != m_mapDetachedBrowsers.end()) {
-        const ComPtr<IWebBrowser2> remembered = found->second;
-        m_pDetachedBrowser = remembered;
-        SHANDLE_PTR window = 0;
-        // A window the user has closed answers with no handle (or not at all). The call may let other calls
-        // into the control, so the entry is looked up again afterwards.
-        if (remembered) remembered->get_HWND(&window);
-        if (window == 0) {
-            const auto entry = m_mapDetachedBrowsers.find(key);
-            if (entry != m_mapDetachedBrowsers.end() && entry->second.Get() == remembered.Get())
-                m_mapDetachedBrowsers.erase(entry);
-            m_pDetachedBrowser.Reset();
-            if (remembered) {
-                remembered->Stop();
-                remembered->Quit();
-            }
-        } else {
-            create = false;
-        }
-    }
-    if (create) {
-        m_pDetachedBrowser = CreateBrowserApplication();
-        if (!m_pDetachedBrowser) {
+    // Held here: the navigation may re-enter the control and open or close other windows.
+    ComPtr<IWebBrowser2> browser = m_detached.OpenWindowFor(key);
+    if (!browser) {
+        browser = CreateBrowserApplication();
+        if (!browser) {
             scope.Write("CoCreateInstance() failed", trace::kDetail);
             return E_FAIL;
         }
-        m_mapDetachedBrowsers[key] = m_pDetachedBrowser;
-        m_pDetachedBrowser->put_Visible(VARIANT_TRUE);
+        m_detached.Remember(key, browser);
+        browser->put_Visible(VARIANT_TRUE);
     }
-    // Held here: the navigation may re-enter the control and replace the member.
-    const ComPtr<IWebBrowser2> browser = m_pDetachedBrowser;
     if (m_bSSOEnabled) return DoFirstSSONavigation(url, browser.Get());
     if (m_bSecSessEnabled) return DoFirstEnableSecSessNavigation(url, browser.Get());
     Zoom();
@@ -120,7 +99,7 @@ STDMETHODIMP CTOVHTMLControl::ShowURLInDetachedBrowser(BSTR pURL, LONG bURLType,
         const Bstr path = CreateTempFile(BstrView(pURL));
         if (path.Length() > 0) {
             if (m_bShellOpenDetached) {
-                // The front end has always been told 5 here, also after the shell opened the file.
+                // Deliberate: code 5 also after the shell opened the file; front ends have always seen it.
                 shellOpen(ToAnsi(path.View()));
             } else if (SUCCEEDED(OpenDocumentInDetachedWindow(path.Get()))) {
                 return;
@@ -134,16 +113,6 @@ STDMETHODIMP CTOVHTMLControl::ShowURLInDetachedBrowser(BSTR pURL, LONG bURLType,
 LONG CTOVHTMLControl::CloseBrowserWindows()
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "CloseBrowserWindows");
-    // Taken out first: a browser's Quit may re-enter the control.
-    auto windows = std::move(m_mapDetachedBrowsers);
-    m_mapDetachedBrowsers.clear();
-    for (auto& [url, browser] : windows) {
-        if (!browser) continue;
-        browser->Stop();
-        browser->Quit();
-        browser.Reset();
-    }
-    // The window closed last is not remembered either: nothing may use a closed browser.
-    m_pDetachedBrowser.Reset();
+    m_detached.CloseAll();
     return 0;
 }

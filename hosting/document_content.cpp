@@ -101,8 +101,7 @@ STDMETHODIMP CTOVHTMLControl::SetHTMLSourceContent(BSTR* str)
         UniqueFile file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
         if (!file) return hr;
-        m_bSourceFileCreated = 1;
-        m_sourceFiles.push_back(path);
+        m_files.AddSourceFile(path);
         const std::string bytes = content::SourceFileBytes(
             str && *str ? std::wstring_view(*str, SysStringLen(*str)) : std::wstring_view(),
             [](std::wstring_view text) { return ToAnsi(text); });
@@ -141,12 +140,5 @@ STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR* pstrCharset)
 
 void CTOVHTMLControl::DeleteSourceFiles() noexcept
 {
-    for (const std::wstring& path : m_sourceFiles) {
-        if (!DeleteFileW(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND) {
-            Sleep(500);
-            DeleteFileW(path.c_str());
-        }
-    }
-    m_sourceFiles.clear();
-    m_bSourceFileCreated = 0;
+    m_files.DeleteSourceFiles();
 }

@@ -170,7 +170,7 @@ Bstr CTOVHTMLControl::CreateTempFile(std::wstring_view url, int placement)
         }
     }
     Bstr result(path);
-    m_mapTempFiles.emplace(Bstr(url), result);
+    m_files.AddTempFile(url, result);
     return result;
 }
 
@@ -193,33 +193,8 @@ void CTOVHTMLControl::CreateOutputFile(std::wstring_view url)
         scope.Write("pDPShowData->SaveDataToFile() failed", trace::kDetail);
 }
 
-namespace {
-
-bool Gone(BOOL deleted) { return deleted || GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND; }
-
-// Deletes a temporary file the control made, whatever its name. A name that reads back unchanged from
-// its ANSI form goes the control's old way: the ANSI deletion, once more after 500 ms when the file is
-// held. A name the ANSI file functions would read as another one (a double-byte code page, bytes that
-// are no character there) cannot be deleted that way: its wide name is used at once, without the wait.
-void DeleteTempFile(const std::wstring& path)
-{
-    const std::string narrow = ToAnsi(path);
-    const UINT fileCodePage = AreFileApisANSI() ? CP_ACP : CP_OEMCP;
-    const bool exact = !narrow.empty() && Widen(narrow, fileCodePage) == path;
-    if (!exact) {
-        DeleteFileW(path.c_str());
-        return;
-    }
-    if (Gone(DeleteFileA(narrow.c_str()))) return;
-    Sleep(500);
-    DeleteFileA(narrow.c_str());
-}
-
-} // namespace
-
 HRESULT CTOVHTMLControl::DeleteTempFiles()
 {
-    for (const auto& [url, path] : m_mapTempFiles) DeleteTempFile(std::wstring(path.View()));
-    m_mapTempFiles.clear();
+    m_files.DeleteTempFiles();
     return S_OK;
 }

@@ -17,7 +17,9 @@ STDMETHODIMP CTOVHTMLControl::GoBack(LONG* pRetCode)
 {
     HistoryCommand("GoBack", "GoBack: m_pWebBrowser is invalid", "GoBack: m_pWebBrowser->GoBack", &IWebBrowser::GoBack,
                    pRetCode);
-    m_bOwnNavigation = true;
+    // Deliberate: an own navigation also when the browser failed or is missing; the next page link
+    // then goes on in place.
+    m_ownNavigation.Begin();
     return S_OK;
 }
 
@@ -25,7 +27,7 @@ STDMETHODIMP CTOVHTMLControl::GoForward(LONG* pRetCode)
 {
     HistoryCommand("GoForward", "GoForward: m_pWebBrowser is invalid", "GoForward: m_pWebBrowser->GoForward",
                    &IWebBrowser::GoForward, pRetCode);
-    m_bOwnNavigation = true;
+    m_ownNavigation.Begin();
     return S_OK;
 }
 

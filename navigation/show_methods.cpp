@@ -21,7 +21,7 @@ STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, L
 {
     return AutomationCall("ShowData", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
         scope.Detail(ToAnsi(BstrView(pURL)));
-        m_bOwnNavigation = true;
+        m_ownNavigation.Begin();
         m_bInternalPage = false;
         if (m_pWebBrowser) m_pWebBrowser->Stop();
         if (!m_pWebBrowser) {
@@ -29,7 +29,7 @@ STDMETHODIMP CTOVHTMLControl::ShowData(BSTR pURL, BSTR pFrame, LONG bLocalURL, L
             code = codes::kNoBrowser;
             return;
         }
-        m_pDetachedBrowser.Reset();
+        m_detached.ForgetLast();
         Variant flags = Variant::I4(12); // navNoReadFromCache | navNoWriteToCache
         Variant frame = FrameArg(pFrame);
         const Bstr& prefix = bLocalURL ? m_bstrURLPrefixLocal : m_bstrURLPrefixGlobal;
@@ -66,7 +66,7 @@ STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR pURL, BSTR pFrame, LONG* pRetCode)
 {
     return AutomationCall("ShowURL", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
         scope.Detail(ToAnsi(BstrView(pURL)));
-        m_bOwnNavigation = true;
+        m_ownNavigation.Begin();
         m_bInternalPage = false;
         if (m_pWebBrowser) m_pWebBrowser->Stop();
         if (!m_pWebBrowser) {
@@ -79,7 +79,7 @@ STDMETHODIMP CTOVHTMLControl::ShowURL(BSTR pURL, BSTR pFrame, LONG* pRetCode)
         const std::wstring_view url = BstrView(pURL);
         HRESULT hr = E_FAIL;
         if (url::IsDataUrl(url)) {
-            m_pDetachedBrowser.Reset();
+            m_detached.ForgetLast();
             const Bstr subtype = GetDataSubtype(url);
             if (subtype.IsNull()) {
                 hr = E_FAIL;
@@ -138,7 +138,7 @@ STDMETHODIMP CTOVHTMLControl::ShowURLInBrowser(BSTR pURL, LONG* pRetCode)
 STDMETHODIMP CTOVHTMLControl::ShowDataInBrowser(BSTR pURL, LONG* pRetCode)
 {
     return AutomationCall("ShowDataInBrowser", nullptr, pRetCode, [&](CTraceScope& scope, LONG& code) {
-        m_bOwnNavigation = true;
+        m_ownNavigation.Begin();
         if (m_pWebBrowser) {
             m_pWebBrowser->Stop();
             HRESULT hr = E_FAIL;

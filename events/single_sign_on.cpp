@@ -15,7 +15,8 @@ void StoreSignOn(BOOL& enabled, Bstr& ticket, Bstr& service, BSTR newTicket, BST
 
 } // namespace
 
-STDMETHODIMP CTOVHTMLControl::EnableTOVSSO(LONG /*bEnabled: every call enables it*/, BSTR mySSOTicket, BSTR mySSOServiceUrl)
+// Deliberate: bEnabled is not looked at; every call enables the sign-on, 0 as well.
+STDMETHODIMP CTOVHTMLControl::EnableTOVSSO(LONG /*bEnabled*/, BSTR mySSOTicket, BSTR mySSOServiceUrl)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "EnableTOVSSO");

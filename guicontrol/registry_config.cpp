@@ -23,7 +23,7 @@ void ReadEnableOutputFile(LONG& value)
                       key.Put()) != ERROR_SUCCESS)
         return;
     DWORD data = 0;
-    // The type is not looked at: a short string such as "1" switches the copies on as well.
+    // Deliberate: the type is not looked at; a short string such as "1" switches the copies on as well.
     if (!ReadFourBytes(key.Get(), nullptr, data)) data = 0;
     value = static_cast<LONG>(data);
 }
@@ -69,7 +69,7 @@ bool ReadControlPluginSwitch()
             !ReadFourBytes(key.Get(), kPluginValue, data))
             return false;
     }
-    // The type is not looked at.
+    // Deliberate: the type is not looked at.
     return data == 1;
 }
 

@@ -124,7 +124,7 @@ STDMETHODIMP CTOVHTMLControl::get_NavigationStyle(BSTR* pVal)
 {
     return MethodCall([&] {
         CTraceScope scope(m_trace, TraceSinkRef(), "get_NavigationStyle");
-        // Reads back the target frame, not the style: the front end has always seen it so.
+        // Deliberate: reads back the target frame, not the style; front ends have always seen it so.
         return tov::CopyOutOrEmpty(m_bstrTargetFrame, pVal);
     });
 }

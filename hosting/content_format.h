@@ -1,5 +1,6 @@
 #pragma once
-// The text SetHTMLSourceContent writes into its file. The content is read as a format without arguments:
+// The text SetHTMLSourceContent writes into its file. Deliberate: the content is read as a format without
+// arguments (pages that double their "%" rely on it):
 // "%%" gives "%", a complete conversion directive (flags, width, precision, length modifier and
 // conversion letter, as the runtime's formatted print knows them) is consumed and writes nothing, and a
 // '%' that does not begin a complete directive is copied as it stands. The text ends at its first

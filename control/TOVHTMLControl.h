@@ -173,8 +173,8 @@ private:
         tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
         return tov::GuardedCall(std::forward<F>(body), Failures(), BoundaryName(where));
     }
-    // Every boundary reports what it caught here: a failure block in the trace, at the level for it. Both
-    // bases' boundaries come here too.
+    // Every boundary reports what it caught here: a failure block in the trace, at the level for it. The
+    // boundaries of the bases and of the connection points come here too.
     void CaughtFailure(HRESULT hr, std::string_view where) noexcept override;
     tov::FailureReport& Failures() noexcept { return static_cast<tov::WindowedControlBase&>(*this); }
     // The boundary's name for the trace: the qualified name of the function the call is in.
@@ -333,6 +333,6 @@ private:
     CBrowserEventsSink m_eventsSink{*this};
     CBrowserEvents2Sink m_events2Sink{*this};
     tov::EventConnectionPoint m_eventsPoint{*static_cast<ITOVHTMLControl*>(this),
-                                            *static_cast<IConnectionPointContainer*>(this), DIID__TOVHTMLControlEvents};
+                                            *static_cast<tov::ConnectionPointContainerImpl*>(this), DIID__TOVHTMLControlEvents};
     CProxy_TOVHTMLControlEvents m_events{m_eventsPoint};
 };

@@ -111,6 +111,7 @@ STDMETHODIMP EventConnectionPoint::Advise(IUnknown* pUnkSink, DWORD* pdwCookie)
         *pdwCookie = static_cast<DWORD>(slot + 1);
         return S_OK;
     } catch (...) {
+        ReportCaught(m_container, "IConnectionPoint::Advise");
         return E_OUTOFMEMORY;
     }
 }
@@ -135,6 +136,7 @@ STDMETHODIMP EventConnectionPoint::EnumConnections(IEnumConnections** ppEnum)
         *ppEnum = new ConnectionsEnum(std::move(data));
         return S_OK;
     } catch (...) {
+        ReportCaught(m_container, "IConnectionPoint::EnumConnections");
         return E_OUTOFMEMORY;
     }
 }
@@ -171,6 +173,7 @@ STDMETHODIMP ConnectionPointContainerImpl::EnumConnectionPoints(IEnumConnectionP
         *ppEnum = new PointsEnum(std::move(points));
         return S_OK;
     } catch (...) {
+        ReportCaught(*this, "IConnectionPointContainer::EnumConnectionPoints");
         return E_OUTOFMEMORY;
     }
 }

@@ -5,12 +5,15 @@
 #include <ocidl.h>
 #include <vector>
 #include "framework/com_ptr.h"
+#include "framework/hresult_error.h"
 
 namespace tov {
 
+class ConnectionPointContainerImpl;
+
 class EventConnectionPoint : public IConnectionPoint {
 public:
-    EventConnectionPoint(IUnknown& owner, IConnectionPointContainer& container, const IID& iid)
+    EventConnectionPoint(IUnknown& owner, ConnectionPointContainerImpl& container, const IID& iid)
         : m_owner(owner), m_container(container), m_iid(iid) {}
     EventConnectionPoint(const EventConnectionPoint&) = delete;
     EventConnectionPoint& operator=(const EventConnectionPoint&) = delete;
@@ -36,16 +39,18 @@ public:
 
 private:
     IUnknown& m_owner;
-    IConnectionPointContainer& m_container;
+    ConnectionPointContainerImpl& m_container;
     IID m_iid;
     std::vector<ComPtr<IUnknown>> m_slots; // cookie = slot index + 1; a freed slot is reused
 };
 
-// IConnectionPointContainer over the owner's connection points; the final class supplies IUnknown.
-class ConnectionPointContainerImpl : public IConnectionPointContainer {
+// IConnectionPointContainer over the owner's connection points; the final class supplies IUnknown. What
+// the points and the container catch goes to the owner's report (nowhere unless it keeps a trace).
+class ConnectionPointContainerImpl : public IConnectionPointContainer, public FailureReport {
 public:
     STDMETHODIMP FindConnectionPoint(REFIID riid, IConnectionPoint** ppCP) override;
     STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** ppEnum) override;
+    void CaughtFailure(HRESULT, std::string_view) noexcept override {}
 
 protected:
     virtual std::vector<EventConnectionPoint*> ConnectionPoints() = 0;

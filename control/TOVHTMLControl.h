@@ -194,6 +194,8 @@ private:
                            HRESULT (STDMETHODCALLTYPE IWebBrowser::*command)(), LONG* pRetCode);
     // A trace scope on the control's trace with the front end's sink.
     tov::ComPtr<ITOVTraceSink> TraceSinkRef();
+    // A number property's getter that traces its scope; a null pointer gets nothing.
+    HRESULT TracedGet(std::string_view scopeName, LONG value, LONG* pVal);
     void FinalRelease() noexcept;
     // The browser's Release on the site or a sink, and the check whether a torn-down control was only
     // waiting for that to be freed.

@@ -54,13 +54,16 @@ STDMETHODIMP CTOVHTMLControl::put_Headers(BSTR newVal)
     });
 }
 
+HRESULT CTOVHTMLControl::TracedGet(std::string_view scopeName, LONG value, LONG* pVal)
+{
+    CTraceScope scope(m_trace, TraceSinkRef(), scopeName);
+    if (pVal) *pVal = value;
+    return S_OK;
+}
+
 STDMETHODIMP CTOVHTMLControl::get_URLLength(LONG* pVal)
 {
-    return MethodCall([&] {
-        CTraceScope scope(m_trace, TraceSinkRef(), "get_URLLength");
-        if (pVal) *pVal = m_lURLLength;
-        return S_OK;
-    });
+    return MethodCall([&] { return TracedGet("get_URLLength", m_lURLLength, pVal); });
 }
 
 STDMETHODIMP CTOVHTMLControl::put_URLLength(LONG newVal)
@@ -71,11 +74,7 @@ STDMETHODIMP CTOVHTMLControl::put_URLLength(LONG newVal)
 
 STDMETHODIMP CTOVHTMLControl::get_PostDataLength(LONG* pVal)
 {
-    return MethodCall([&] {
-        CTraceScope scope(m_trace, TraceSinkRef(), "get_PostDataLength");
-        if (pVal) *pVal = m_lPostDataLength;
-        return S_OK;
-    });
+    return MethodCall([&] { return TracedGet("get_PostDataLength", m_lPostDataLength, pVal); });
 }
 
 STDMETHODIMP CTOVHTMLControl::put_PostDataLength(LONG newVal)

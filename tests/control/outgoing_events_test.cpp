@@ -152,14 +152,7 @@ TEST_F(BackChannelReentrancy, AFrontEndThatLetsGoInsideShowURLShowDataOrGoBack)
         if (auto window = tov::QueryAs<IOleWindow>(other.Get(), IID_IOleWindow)) window->GetWindow(&otherWindow);
         SendMessageW(otherWindow, RegisterWindowMessageA("TOV_CM_READY_FOR_INPUT"), 0, reinterpret_cast<LPARAM>(record));
         RecordingEventSink dropping;
-        DWORD droppingCookie = 0;
-        {
-            tov::ComPtr<IConnectionPointContainer> points;
-            tov::ComPtr<IConnectionPoint> point;
-            other->QueryInterface(IID_IConnectionPointContainer, points.PutVoid());
-            ASSERT_EQ(S_OK, points->FindConnectionPoint(DIID__TOVHTMLControlEvents, point.Put()));
-            ASSERT_EQ(S_OK, point->Advise(&dropping, &droppingCookie));
-        }
+        ASSERT_NE(0u, Advise(dropping, other.Get()));
         dropping.onEvent = [&](const FiredEvent& e) {
             if (e.id != 1) return;
             otherHost.Destroy();
@@ -239,14 +232,7 @@ TEST_F(BackChannelReentrancy, ALastReleaseWithoutCloseAlsoSilencesTheBrowser)
     tovfe::ScriptedBrowser* taken = browsers.Last();
     ASSERT_TRUE(taken && taken != browser);
     RecordingEventSink heard;
-    DWORD heardCookie = 0;
-    {
-        tov::ComPtr<IConnectionPointContainer> points;
-        tov::ComPtr<IConnectionPoint> point;
-        other->QueryInterface(IID_IConnectionPointContainer, points.PutVoid());
-        ASSERT_EQ(S_OK, points->FindConnectionPoint(DIID__TOVHTMLControlEvents, point.Put()));
-        ASSERT_EQ(S_OK, point->Advise(&heard, &heardCookie));
-    }
+    ASSERT_NE(0u, Advise(heard, other.Get()));
     auto document = tovfe::ScriptedDocument::Create();
     taken->SetDocument(document->AsDispatch());
     auto table = tovfe::MakeScriptTable({"submitted();"}, 12);

@@ -86,16 +86,17 @@ protected:
         return hwnd;
     }
 
-    // Connects `s` as a front end's sink for the control's outgoing events; the cookie, 0 when refused.
-    DWORD Advise(RecordingEventSink& s)
+    // Connects `s` as a front end's sink for the outgoing events of the control (or of `other`); the
+    // cookie, 0 when refused.
+    DWORD Advise(RecordingEventSink& s, ITOVHTMLControl* other = nullptr)
     {
         DWORD c = 0;
-        if (auto point = EventsPoint()) point->Advise(&s, &c);
+        if (auto point = EventsPoint(other ? other : control.Get())) point->Advise(&s, &c);
         return c;
     }
     void Unadvise(DWORD c)
     {
-        if (auto point = EventsPoint()) point->Unadvise(c);
+        if (auto point = EventsPoint(control.Get())) point->Unadvise(c);
     }
 
     Ocx ocx;
@@ -104,10 +105,10 @@ protected:
     tov::ComPtr<tovfe::TraceSinkStandIn> sink;
 
 private:
-    tov::ComPtr<IConnectionPoint> EventsPoint()
+    static tov::ComPtr<IConnectionPoint> EventsPoint(ITOVHTMLControl* of)
     {
         tov::ComPtr<IConnectionPoint> point;
-        if (auto cpc = tov::QueryAs<IConnectionPointContainer>(control.Get(), IID_IConnectionPointContainer))
+        if (auto cpc = tov::QueryAs<IConnectionPointContainer>(of, IID_IConnectionPointContainer))
             cpc->FindConnectionPoint(DIID__TOVHTMLControlEvents, point.Put());
         return point;
     }

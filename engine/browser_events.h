@@ -13,53 +13,20 @@ namespace tovengine {
 // what they point to). A sink that fails does not stop the others.
 void FireEvent(const tov::EventConnectionPoint& point, DISPID id, std::initializer_list<VARIANT> args);
 
-inline VARIANT ByRef(VARIANT* target)
+// The arguments: VARIANTs that only point at what the caller owns (nothing to clear).
+template <class Set> VARIANT Shallow(VARTYPE vt, Set&& set)
 {
     VARIANT v;
     VariantInit(&v);
-    v.vt = VT_VARIANT | VT_BYREF;
-    v.pvarVal = target;
+    v.vt = vt;
+    set(v);
     return v;
 }
-inline VARIANT BoolRef(VARIANT_BOOL* target)
-{
-    VARIANT v;
-    VariantInit(&v);
-    v.vt = VT_BOOL | VT_BYREF;
-    v.pboolVal = target;
-    return v;
-}
-inline VARIANT DispatchArg(IDispatch* value)
-{
-    VARIANT v;
-    VariantInit(&v);
-    v.vt = VT_DISPATCH;
-    v.pdispVal = value;
-    return v;
-}
-inline VARIANT DispatchRef(IDispatch** target)
-{
-    VARIANT v;
-    VariantInit(&v);
-    v.vt = VT_DISPATCH | VT_BYREF;
-    v.ppdispVal = target;
-    return v;
-}
-inline VARIANT BstrArg(BSTR value)
-{
-    VARIANT v;
-    VariantInit(&v);
-    v.vt = VT_BSTR;
-    v.bstrVal = value;
-    return v;
-}
-inline VARIANT LongArg(LONG value)
-{
-    VARIANT v;
-    VariantInit(&v);
-    v.vt = VT_I4;
-    v.lVal = value;
-    return v;
-}
+inline VARIANT ByRef(VARIANT* target) { return Shallow(VT_VARIANT | VT_BYREF, [&](VARIANT& v) { v.pvarVal = target; }); }
+inline VARIANT BoolRef(VARIANT_BOOL* target) { return Shallow(VT_BOOL | VT_BYREF, [&](VARIANT& v) { v.pboolVal = target; }); }
+inline VARIANT DispatchArg(IDispatch* value) { return Shallow(VT_DISPATCH, [&](VARIANT& v) { v.pdispVal = value; }); }
+inline VARIANT DispatchRef(IDispatch** target) { return Shallow(VT_DISPATCH | VT_BYREF, [&](VARIANT& v) { v.ppdispVal = target; }); }
+inline VARIANT BstrArg(BSTR value) { return Shallow(VT_BSTR, [&](VARIANT& v) { v.bstrVal = value; }); }
+inline VARIANT LongArg(LONG value) { return Shallow(VT_I4, [&](VARIANT& v) { v.lVal = value; }); }
 
 } // namespace tovengine

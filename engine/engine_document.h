@@ -7,7 +7,7 @@
 #include <mshtml.h>
 #include <memory>
 #include <string>
-#include "frontend/html_dom_stubs.h"
+#include "framework/html_dom_stubs.h"
 #include "framework/com_ptr.h"
 #include "framework/object_root.h"
 #include "framework/early_bound.h"
@@ -25,7 +25,7 @@ struct DocumentPlace {
     std::string Evaluate(const std::string& expression) const;
 };
 
-class CEngineDocument final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tovfe::HTMLDocument2Stubs> {
+class CEngineDocument final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tov::HTMLDocument2Stubs> {
 public:
     static HRESULT Create(const std::shared_ptr<Page>& page, const std::string& frameId, IDispatch** document);
     TOV_IUNKNOWN_DELEGATING
@@ -51,7 +51,7 @@ private:
 };
 
 // The body ("body") or the root element ("html").
-class CEngineElement final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tovfe::HTMLElementStubs> {
+class CEngineElement final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tov::HTMLElementStubs> {
 public:
     static HRESULT Create(const DocumentPlace& place, const char* which, IHTMLElement** element);
     TOV_IUNKNOWN_DELEGATING
@@ -71,7 +71,7 @@ private:
     std::string m_which;
 };
 
-class CEngineWindow final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tovfe::HTMLWindow2Stubs> {
+class CEngineWindow final : public tov::ObjectRoot, public tov::EarlyBoundOnly<tov::HTMLWindow2Stubs> {
 public:
     static HRESULT Create(const DocumentPlace& place, IHTMLWindow2** window);
     TOV_IUNKNOWN_DELEGATING

@@ -12,7 +12,7 @@
 #include <vector>
 #include "frontend/call_log.h"
 #include "frontend/frontend_container.h"
-#include "frontend/html_dom_stubs.h"
+#include "framework/html_dom_stubs.h"
 #include "framework/com_ptr.h"
 #include "framework/variant.h"
 
@@ -49,7 +49,7 @@ struct ScriptedPage {
     void SetEventProperty(const std::wstring& name, tov::Variant value);
 };
 
-class ScriptedEventObject final : public tov::ObjectRoot, public HTMLEventObjStubs {
+class ScriptedEventObject final : public tov::ObjectRoot, public tov::HTMLEventObjStubs {
 public:
     static tov::ComPtr<ScriptedEventObject> Create(std::shared_ptr<ScriptedPage> page);
     TOV_IUNKNOWN_DELEGATING
@@ -67,7 +67,7 @@ private:
     std::shared_ptr<ScriptedPage> m_page;
 };
 
-class ScriptedWindow final : public tov::ObjectRoot, public EarlyBoundOnly<HTMLWindow2Stubs> {
+class ScriptedWindow final : public tov::ObjectRoot, public EarlyBoundOnly<tov::HTMLWindow2Stubs> {
 public:
     static tov::ComPtr<ScriptedWindow> Create(std::shared_ptr<ScriptedPage> page);
     TOV_IUNKNOWN_DELEGATING
@@ -84,7 +84,7 @@ private:
 };
 
 // The body ("body") or the root element ("html") of the page; the body's parent is the root.
-class ScriptedElement final : public tov::ObjectRoot, public EarlyBoundOnly<HTMLElementStubs> {
+class ScriptedElement final : public tov::ObjectRoot, public EarlyBoundOnly<tov::HTMLElementStubs> {
 public:
     static tov::ComPtr<ScriptedElement> Create(std::shared_ptr<ScriptedPage> page, std::wstring tag,
                                                ScriptedElement* parent);
@@ -102,7 +102,7 @@ private:
     tov::ComPtr<ScriptedElement> m_parent;
 };
 
-class ScriptedDocument final : public tov::ObjectRoot, public EarlyBoundOnly<HTMLDocument2Stubs> {
+class ScriptedDocument final : public tov::ObjectRoot, public EarlyBoundOnly<tov::HTMLDocument2Stubs> {
 public:
     static tov::ComPtr<ScriptedDocument> Create(std::shared_ptr<ScriptedPage> page = std::make_shared<ScriptedPage>());
     TOV_IUNKNOWN_DELEGATING

@@ -1,10 +1,11 @@
 #pragma once
-// Every operation of the document-model interfaces the scripted document offers, answering E_NOTIMPL;
-// the scripted document overrides the few the control calls. IDispatch is left to the final classes.
+// Every operation of the document-model interfaces the browsers' documents offer (the scripted document
+// and the engine's), answering E_NOTIMPL; each document overrides the few the control calls. IDispatch
+// is left to the final classes.
 #include <windows.h>
 #include <mshtml.h>
 
-namespace tovfe {
+namespace tov {
 
 class HTMLDocument2Stubs : public IHTMLDocument2 {
 public:
@@ -313,4 +314,4 @@ public:
     STDMETHODIMP get_srcFilter(IDispatch **) override { return E_NOTIMPL; }
 };
 
-} // namespace tovfe
+} // namespace tov

@@ -147,7 +147,10 @@ struct Cursor {
 
 class Unescaper {
 public:
-    Unescaper(const char* end, uint32_t flags, const AnsiConverter& ansi) : m_end(end), m_flags(flags), m_ansi(ansi) {}
+    Unescaper(const char* end, uint32_t flags, const AnsiConverter& ansi, bool vector)
+        : m_end(end), m_flags(flags), m_ansi(ansi), m_vector(vector)
+    {
+    }
 
     // The data is a sequence of steps: a "%" escape, a "+", a run of other bytes up to the next "%" or
     // "+", or references. A reference opener counts only at the start of the data or right after an escape,
@@ -180,11 +183,18 @@ public:
         constexpr ptrdiff_t kBlock = 64, kSlack = 16;
 #if defined(__SSE2__)
         if constexpr (Vector) {
-            while (end - p >= kBlock + 3 * kSlack) {
+            // Two blocks at a time, one loop over both masks (the mask in use picked by a select): the
+            // loop's end, which no predictor can know, comes once per 128 bytes.
+            while (end - p >= 2 * kBlock + 3 * kSlack) {
                 const char* const block = p;
-                for (uint64_t stops = VectorStopBits64(block); stops != 0;) {
-                    const char* const s = block + std::countr_zero(stops);
-                    stops &= stops - 1;
+                uint64_t low = VectorStopBits64(block), high = VectorStopBits64(block + kBlock);
+                while ((low | high) != 0) {
+                    const bool inLow = low != 0;
+                    const uint64_t mask = inLow ? low : high;
+                    const char* const s = block + (inLow ? 0 : kBlock) + std::countr_zero(mask);
+                    const uint64_t cleared = mask & (mask - 1);
+                    low = inLow ? cleared : low;
+                    high = inLow ? high : cleared;
                     if (s < p) [[unlikely]] continue; // inside an escape decoded already
                     CopyOverWithBlanks(out, p, static_cast<size_t>(s - p));
                     out += s - p;
@@ -193,7 +203,6 @@ public:
                     if (*p == '%' && !kSpecialDecoded[decoded]) [[likely]] {
                         *out++ = static_cast<char>(decoded);
                         p += 3;
-                        // Inside the block: no bound to check before the opener test.
                         if (p[0] != '&' || p[1] != '#') [[likely]] continue;
                     } else if (*p == '+') {
                         *out++ = ' ';
@@ -205,10 +214,16 @@ public:
                     }
                     if (OpensReference(p, end)) references();
                     // Stops inside what was decoded are passed over.
-                    if (p - block >= kBlock) break;
-                    stops &= ~uint64_t{0} << (p - block);
+                    const ptrdiff_t done = p - block;
+                    if (done >= 2 * kBlock) break;
+                    if (done >= kBlock) {
+                        low = 0;
+                        high &= ~uint64_t{0} << (done - kBlock);
+                    } else {
+                        low &= ~uint64_t{0} << done;
+                    }
                 }
-                const char* const blockEnd = block + kBlock;
+                const char* const blockEnd = block + 2 * kBlock;
                 if (p < blockEnd) {
                     CopyOverWithBlanks(out, p, static_cast<size_t>(blockEnd - p));
                     out += blockEnd - p;
@@ -394,6 +409,21 @@ private:
             if (which < kTerminators.size() && !m_firstAfter[which]) m_firstAfter[which] = hit;
             return which == m_live;
         };
+#if defined(__SSE2__)
+        if (m_vector) {
+            for (; end - pos >= 17; pos += 16) {
+                const __m128i here = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pos));
+                const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pos + 1));
+                const __m128i candidates =
+                    _mm_or_si128(_mm_and_si128(_mm_cmpeq_epi8(here, _mm_set1_epi8('%')), _mm_cmpeq_epi8(next, _mm_set1_epi8('3'))),
+                                 _mm_cmpeq_epi8(here, _mm_set1_epi8(';')));
+                for (unsigned hits = static_cast<unsigned>(_mm_movemask_epi8(candidates)); hits; hits &= hits - 1) {
+                    const char* const hit = pos + std::countr_zero(hits);
+                    if (at(hit)) return hit;
+                }
+            }
+        }
+#endif
         if constexpr (std::endian::native == std::endian::little) {
             for (; end - pos >= 9; pos += 8) {
                 const uint64_t word = Load8(pos), next = Load8(pos + 1);
@@ -416,18 +446,22 @@ private:
                       kTerminators[3] == "%3d" && kTerminators[4] == "%3D");
         if (*p == ';') return 2;
         if (end - p < 3 || p[0] != '%' || p[1] != '3') return kTerminators.size();
-        switch (p[2]) {
-        case 'B': return 0;
-        case 'b': return 1;
-        case 'd': return 3;
-        case 'D': return 4;
-        default: return kTerminators.size();
-        }
+        return kTerminatorByLetter[static_cast<unsigned char>(p[2])]; // a load, not a jump table
     }
+    static constexpr std::array<unsigned char, 256> kTerminatorByLetter = [] {
+        std::array<unsigned char, 256> t{};
+        t.fill(static_cast<unsigned char>(kTerminators.size()));
+        t['B'] = 0;
+        t['b'] = 1;
+        t['d'] = 3;
+        t['D'] = 4;
+        return t;
+    }();
 
     const char* const m_end;
     const uint32_t m_flags;
     const AnsiConverter& m_ansi;
+    const bool m_vector; // the terminator search with vector instructions as well
     size_t m_live = 0; // the terminators before this one occur nowhere after the position
     std::array<const char*, kTerminators.size()> m_firstAfter{};
 };
@@ -443,7 +477,7 @@ template <bool Vector> size_t Unescape(const char* source, size_t length, char* 
         *dest = '\0';
         return 0;
     }
-    return Unescaper(source + length, flags, ansi).Run<Vector>(source, dest);
+    return Unescaper(source + length, flags, ansi, Vector).Run<Vector>(source, dest);
 }
 
 } // namespace

@@ -66,7 +66,6 @@ ComPtr<ITOVTraceSink> CTOVHTMLControl::TraceSinkRef()
 
 void CTOVHTMLControl::CaughtFailure(HRESULT hr, std::string_view where) noexcept
 {
-    if (m_trace.Level() < trace::kCaughtFailureLevel) return;
     m_trace.CaughtFailure(TraceSinkRef().Get(), hr, where);
 }
 

@@ -152,11 +152,15 @@ private:
     // Handles one call of the hosted browser: an event at a sink, or a site call that fires events. The
     // front end's handlers run inside it and may drop the control's last reference while the browser
     // still holds the sink or site it called (see OnLastRelease). No exception goes back to the browser;
-    // a control already torn down handles nothing.
+    // a control being taken down handles nothing and refuses what it is asked through `cancel`.
     template <class F>
-    HRESULT HandleBrowserCall(F&& handler, std::source_location where = std::source_location::current()) noexcept
+    HRESULT HandleBrowserCall(F&& handler, VARIANT_BOOL* cancel = nullptr,
+                              std::source_location where = std::source_location::current()) noexcept
     {
-        if (BrowserSilenced()) return S_OK;
+        if (BrowserSilenced()) {
+            if (cancel) *cancel = VARIANT_TRUE;
+            return S_OK;
+        }
         ++m_cBrowserCalls;
         tov::ComPtr<IUnknown> keepAlive(ControllingUnknown());
         const HRESULT hr = tov::GuardedCall(std::forward<F>(handler), Failures(), BoundaryName(where));

@@ -1,4 +1,5 @@
 #include "control/trace.h"
+#include "framework/code_pages.h"
 
 namespace {
 
@@ -13,12 +14,7 @@ tov::trace::LineWriter SinkWriter(ITOVTraceSink* pSink, const GUID& component)
 
 std::string ToAnsi(std::wstring_view text)
 {
-    if (text.empty()) return std::string();
-    const int n = WideCharToMultiByte(CP_THREAD_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
-    if (n <= 0) return std::string();
-    std::string out(static_cast<size_t>(n), '\0');
-    WideCharToMultiByte(CP_THREAD_ACP, 0, text.data(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
-    return out;
+    return tov::Narrow(text, CP_THREAD_ACP);
 }
 
 CTrace::CTrace() : m_clsid(GUID_NULL)

@@ -3,6 +3,7 @@
 #include <string_view>
 #include "framework/handles.h"
 #include "framework/hresult_error.h"
+#include "engine/text.h"
 
 namespace tovengine {
 namespace {
@@ -72,15 +73,6 @@ std::string ReadFileBytes(const std::wstring& path)
     while (ReadFile(file.Get(), buffer, sizeof buffer, &n, nullptr) && n > 0 && bytes.size() < (1u << 20))
         bytes.append(buffer, n);
     return bytes;
-}
-
-std::wstring Widen(std::string_view text)
-{
-    if (text.empty()) return {};
-    const int n = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
 }
 
 bool RunNative(const std::wstring& program, std::wstring commandLine)
@@ -169,7 +161,7 @@ void EngineHost::Start()
         if (GetTickCount64() > deadline || !Exists(m_folder)) {
             const std::string log = ReadFileBytes(m_folder + L"\\engine.log");
             Stop();
-            FailStart(L"the engine did not start: " + Widen(log.substr(0, 400)), HRESULT_FROM_WIN32(ERROR_TIMEOUT));
+            FailStart(L"the engine did not start: " + Wide(log.substr(0, 400)), HRESULT_FROM_WIN32(ERROR_TIMEOUT));
         }
         Sleep(20);
     }

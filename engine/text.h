@@ -4,25 +4,11 @@
 #include <oleauto.h>
 #include <string>
 #include <string_view>
+#include "framework/code_pages.h"
 
 namespace tovengine {
 
-inline std::string Utf8(std::wstring_view text)
-{
-    if (text.empty()) return {};
-    const int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
-    std::string out(static_cast<size_t>(n > 0 ? n : 0), '\0');
-    if (n > 0) WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
-    return out;
-}
-
-inline std::wstring Wide(std::string_view text)
-{
-    if (text.empty()) return {};
-    const int n = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-    if (n > 0) MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
-}
+inline std::string Utf8(std::wstring_view text) { return tov::Narrow(text, CP_UTF8); }
+inline std::wstring Wide(std::string_view text) { return tov::Widen(text, CP_UTF8); }
 
 } // namespace tovengine

@@ -5,6 +5,7 @@
 #include "control/automation_call.h"
 #include <algorithm>
 #include <optional>
+#include "framework/code_pages.h"
 #include "navigation/unescape_url.h"
 #include "navigation/url_packing.h"
 
@@ -24,13 +25,8 @@ void SetCancel(VARIANT_BOOL* Cancel, VARIANT_BOOL value)
 std::wstring RedecodeAsUtf8(const std::wstring& url)
 {
     const std::wstring_view text(url.c_str()); // up to a zero character
-    std::string narrow;
-    if (!text.empty()) {
-        const int n = WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
-        if (n <= 0) return url;
-        narrow.resize(static_cast<size_t>(n));
-        WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), narrow.data(), n, nullptr, nullptr);
-    }
+    const std::string narrow = Narrow(text, CP_ACP);
+    if (!text.empty() && narrow.empty()) return url;
     wchar_t decoded[260];
     const int n = MultiByteToWideChar(CP_UTF8, 0, narrow.c_str(), -1, decoded, 260);
     return n > 0 ? std::wstring(decoded) : url;

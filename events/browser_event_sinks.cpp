@@ -3,15 +3,6 @@
 
 // References held on the sinks are the browser's (see CBrowserSite::AddRef).
 
-namespace {
-// A navigation or new window the browser asks about while the control is taken down: refused, unheard.
-HRESULT RefusedUnheard(VARIANT_BOOL* cancel)
-{
-    if (cancel) *cancel = VARIANT_TRUE;
-    return S_OK;
-}
-} // namespace
-
 STDMETHODIMP CBrowserEventsSink::QueryInterface(REFIID riid, void** ppv) { return m_control.ControllingUnknown()->QueryInterface(riid, ppv); }
 STDMETHODIMP_(ULONG) CBrowserEventsSink::AddRef() { return ++m_control.m_cBrowserHeldRefs; }
 STDMETHODIMP_(ULONG) CBrowserEventsSink::Release() { return m_control.ReleaseBrowserHeld(); }
@@ -19,10 +10,9 @@ STDMETHODIMP_(ULONG) CBrowserEventsSink::Release() { return m_control.ReleaseBro
 STDMETHODIMP CBrowserEventsSink::BeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData, BSTR Headers,
                                                 VARIANT_BOOL* Cancel)
 {
-    if (m_control.BrowserSilenced()) return RefusedUnheard(Cancel);
     return m_control.HandleBrowserCall([&] {
         return m_control.OnTopLevelBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
-    });
+    }, Cancel);
 }
 STDMETHODIMP CBrowserEventsSink::NavigateComplete(BSTR URL)
 {
@@ -31,10 +21,9 @@ STDMETHODIMP CBrowserEventsSink::NavigateComplete(BSTR URL)
 STDMETHODIMP CBrowserEventsSink::FrameBeforeNavigate(BSTR URL, LONG Flags, BSTR TargetFrameName, VARIANT* PostData,
                                                      BSTR Headers, VARIANT_BOOL* Cancel)
 {
-    if (m_control.BrowserSilenced()) return RefusedUnheard(Cancel);
     return m_control.HandleBrowserCall([&] {
         return m_control.OnFrameBeforeNavigate(URL, Flags, TargetFrameName, PostData, Headers, Cancel);
-    });
+    }, Cancel);
 }
 STDMETHODIMP CBrowserEventsSink::FrameNavigateComplete(BSTR URL)
 {
@@ -51,6 +40,5 @@ STDMETHODIMP CBrowserEvents2Sink::DocumentComplete(IDispatch* frame, VARIANT)
 }
 STDMETHODIMP CBrowserEvents2Sink::NewWindow2(IDispatch** ppDisp, VARIANT_BOOL* Cancel)
 {
-    if (m_control.BrowserSilenced()) return RefusedUnheard(Cancel);
-    return m_control.HandleBrowserCall([&] { return m_control.NewWindow2(ppDisp, Cancel); });
+    return m_control.HandleBrowserCall([&] { return m_control.NewWindow2(ppDisp, Cancel); }, Cancel);
 }

@@ -50,7 +50,6 @@ class ConnectionPointContainerImpl : public IConnectionPointContainer, public Fa
 public:
     STDMETHODIMP FindConnectionPoint(REFIID riid, IConnectionPoint** ppCP) override;
     STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** ppEnum) override;
-    void CaughtFailure(HRESULT, std::string_view) noexcept override {}
 
 protected:
     virtual std::vector<EventConnectionPoint*> ConnectionPoints() = 0;

@@ -55,10 +55,10 @@ template <class F> HRESULT GuardedCall(F&& body) noexcept
 }
 
 // Where an object's boundaries report what they caught: the HRESULT and the boundary's name. Objects
-// that keep a trace write it there; the report itself never fails.
+// that keep a trace write it there (the others report nowhere); the report itself never fails.
 class FailureReport {
 public:
-    virtual void CaughtFailure(HRESULT hr, std::string_view where) noexcept = 0;
+    virtual void CaughtFailure(HRESULT, std::string_view) noexcept {}
 
 protected:
     ~FailureReport() = default;

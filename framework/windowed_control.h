@@ -145,8 +145,6 @@ protected:
     HRESULT StandardClose(DWORD dwSaveOption);
     // The outgoing interface the container connects in QuickActivate (IID_NULL: none).
     virtual const IID& DefaultSourceIid() const { return IID_NULL; }
-    // What the control's boundaries caught; a control with a trace writes it there.
-    void CaughtFailure(HRESULT, std::string_view) noexcept override {}
 
 private:
     HRESULT InPlaceActivate(LONG verb, HWND hwndParent, LPCRECT lprcPosRect);

@@ -16,6 +16,7 @@
 #include "frontend/scripted_browser.h"
 #include "frontend/folders.h"
 #include "framework/bstr.h"
+#include "framework/code_pages.h"
 
 using tov::Bstr;
 using tov::ComPtr;
@@ -215,9 +216,7 @@ int RunDemoSession(const std::wstring& samples)
         for (const auto& [key, bytes] : postData->posted)
         {
             // The page was in windows-1252: shown as text for a person.
-            std::wstring text(bytes.size(), L'\0');
-            const int n = MultiByteToWideChar(1252, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), static_cast<int>(text.size()));
-            text.resize(n > 0 ? static_cast<size_t>(n) : 0);
+            const std::wstring text = tov::Widen(bytes, 1252);
             std::printf("  post data in the front end's provider (%s): %zu bytes \"%s\"\n", ConsoleText(key).c_str(), bytes.size(),
                         ConsoleText(text).c_str());
         }

@@ -2,6 +2,7 @@
 #include <mlang.h>
 #include <cstdio>
 #include "framework/bstr.h"
+#include "framework/code_pages.h"
 #include "frontend/folders.h"
 #include "frontend/table_standin.h"
 
@@ -245,9 +246,7 @@ void EngineFrontEnd::PrintPostData()
     const UINT codePage = CodePageOfCharset(std::wstring(charset.View()));
     for (const auto& [key, bytes] : m_postData->posted) {
         if (bytes.empty()) continue;
-        std::wstring text(bytes.size(), L'\0');
-        const int n = MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(), static_cast<int>(text.size()));
-        text.resize(n > 0 ? static_cast<size_t>(n) : 0);
+        const std::wstring text = tov::Widen(bytes, codePage);
         std::printf("    post data in the front end's provider (%s): %zu bytes, read as %s:\n", Narrow(key).c_str(), bytes.size(),
                     Narrow(std::wstring(charset.View())).c_str());
         std::wstring shown;

@@ -2,6 +2,7 @@
 #include <ocidl.h>
 #include <cstdio>
 #include "TOVHTML_h.h"
+#include "framework/code_pages.h"
 
 namespace tovfe {
 
@@ -52,12 +53,7 @@ std::wstring DisplayText(const VARIANT& v, size_t maxChars)
 
 std::string ConsoleText(std::wstring_view text)
 {
-    if (text.empty()) return {};
-    const int wide = static_cast<int>(text.size());
-    const int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), wide, nullptr, 0, nullptr, nullptr);
-    std::string out(n > 0 ? static_cast<size_t>(n) : 0, '\0');
-    if (n > 0) WideCharToMultiByte(CP_UTF8, 0, text.data(), wide, out.data(), n, nullptr, nullptr);
-    return out;
+    return tov::Narrow(text, CP_UTF8);
 }
 
 STDMETHODIMP EventPrinter::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*)

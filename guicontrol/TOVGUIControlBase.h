@@ -138,9 +138,4 @@ protected:
 
 private:
     bool m_bConnected = false;
-
-protected:
-    // What the base's boundaries caught; a control with a trace writes it there. Declared last, so that
-    // it takes no place among the hooks in the virtual table.
-    void CaughtFailure(HRESULT, std::string_view) noexcept override {}
 };

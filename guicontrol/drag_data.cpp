@@ -1,6 +1,7 @@
 #include "guicontrol/drag_data.h"
 #include <shlobj.h>
 #include <cstring>
+#include "framework/code_pages.h"
 
 namespace {
 
@@ -45,11 +46,7 @@ template <class Char> std::wstring StringAt(const BYTE* block, SIZE_T size, SIZE
     if constexpr (sizeof(Char) == sizeof(wchar_t)) {
         return std::wstring(text.begin(), text.end());
     } else {
-        if (text.empty()) return {};
-        const int n = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-        std::wstring wide(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-        if (n > 0) MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), n);
-        return wide;
+        return tov::Widen(text, CP_ACP);
     }
 }
 

@@ -1,6 +1,7 @@
 // Browser information and commands: version and handle, ExecuteWB with the screen-resolution zoom,
 // printing, the navigation style, drop targets.
 #include "control/automation_call.h"
+#include "framework/code_pages.h"
 #include "framework/handles.h"
 #include "guicontrol/registry_config.h"
 #include "hosting/browser_rules.h"
@@ -99,11 +100,7 @@ STDMETHODIMP CTOVHTMLControl::get_BrowserString(BSTR* pVal)
                 break;
             }
             const std::string text = "MSIE-" + version;
-            const int n = MultiByteToWideChar(CP_THREAD_ACP, 0, text.c_str(), -1, nullptr, 0);
-            std::wstring wide(static_cast<size_t>(n > 0 ? n : 1), L'\0');
-            MultiByteToWideChar(CP_THREAD_ACP, 0, text.c_str(), -1, wide.data(), n);
-            wide.resize(wcslen(wide.c_str()));
-            m_bstrBrowserString = Bstr(wide);
+            m_bstrBrowserString = Bstr(tov::Widen(text.c_str(), CP_THREAD_ACP)); // up to a zero byte
         }
         // The caller gets its own copy of the cached text: a front end frees what it is handed.
         if (pVal) *pVal = m_bstrBrowserString.CopyOut();

@@ -2,20 +2,9 @@
 // page after an access failure. Their completion is not reported to the front end.
 #include "control/automation_call.h"
 
+#include "framework/code_pages.h"
+
 using namespace tov;
-
-namespace {
-
-std::wstring Widen(std::string_view text)
-{
-    if (text.empty()) return std::wstring();
-    const int n = MultiByteToWideChar(CP_THREAD_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-    if (n > 0) MultiByteToWideChar(CP_THREAD_ACP, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
-}
-
-} // namespace
 
 void CTOVHTMLControl::ShowInternalPage(const std::wstring& url)
 {
@@ -34,7 +23,7 @@ void CTOVHTMLControl::ShowErrorMessage(std::string_view method, BSTR url)
     scope.Detail(std::string(method));
     scope.Detail(ToAnsi(wideUrl));
     std::wstring page = L"about:TOVHTML_E_CALL_METHOD_FAILED: ";
-    page += Widen(method);
+    page += Widen(method, CP_THREAD_ACP);
     page += L"(\"";
     page += wideUrl.substr(0, wideUrl.find(L'\0'));
     page += L"\")";

@@ -2,6 +2,7 @@
 // files for other data, output copies, and the deletion of the temporary files.
 #include <objbase.h>
 #include "control/automation_call.h"
+#include "framework/code_pages.h"
 #include "framework/handles.h"
 #include "navigation/meta_charset.h"
 #include "navigation/unescape_url.h"
@@ -25,15 +26,6 @@ HRESULT SelectData(ITOVDataProvider* provider, const std::wstring& url)
 {
     Bstr b(url);
     return provider->SetDataFromURL(L"", L"", b.Get());
-}
-
-std::wstring Widen(const std::string& text, UINT codePage)
-{
-    if (text.empty()) return std::wstring();
-    const int n = MultiByteToWideChar(codePage, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-    if (n > 0) MultiByteToWideChar(codePage, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
 }
 
 std::string TempFolderA()

@@ -1,30 +1,16 @@
 #include "navigation/temporary_files.h"
+#include "framework/code_pages.h"
 #include <utility>
 
 namespace tov {
 namespace {
 
-std::wstring Wide(const std::string& text, UINT codePage)
-{
-    const int size = static_cast<int>(text.size());
-    const int n = MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0);
-    if (n <= 0) return std::wstring();
-    std::wstring wide(static_cast<size_t>(n), L'\0');
-    MultiByteToWideChar(codePage, 0, text.data(), size, wide.data(), n);
-    return wide;
-}
-
 // The name as the control hands it to the ANSI file functions (in the thread's code page), and whether
 // those functions read it back as the same name (in the code page they use).
 std::string FileApiName(const std::wstring& path, bool& exact)
 {
-    exact = false;
-    const int size = static_cast<int>(path.size());
-    const int n = WideCharToMultiByte(CP_THREAD_ACP, 0, path.data(), size, nullptr, 0, nullptr, nullptr);
-    if (size == 0 || n <= 0) return std::string();
-    std::string narrow(static_cast<size_t>(n), '\0');
-    WideCharToMultiByte(CP_THREAD_ACP, 0, path.data(), size, narrow.data(), n, nullptr, nullptr);
-    exact = Wide(narrow, AreFileApisANSI() ? CP_ACP : CP_OEMCP) == path;
+    std::string narrow = Narrow(path, CP_THREAD_ACP);
+    exact = !narrow.empty() && Widen(narrow, AreFileApisANSI() ? CP_ACP : CP_OEMCP) == path;
     return narrow;
 }
 

@@ -1,6 +1,7 @@
 #include "navigation/unescape_url.h"
 #include <windows.h>
 #include "control/trace.h"
+#include "framework/code_pages.h"
 
 namespace tov::url {
 
@@ -20,11 +21,7 @@ std::wstring UnescapeURL(std::wstring_view url)
 {
     const std::string narrow = ToAnsi(url);
     const std::string plain = UnescapeData(narrow, 0, SystemAnsiConverter());
-    if (plain.empty()) return std::wstring();
-    const int n = MultiByteToWideChar(CP_THREAD_ACP, 0, plain.data(), static_cast<int>(plain.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-    if (n > 0) MultiByteToWideChar(CP_THREAD_ACP, 0, plain.data(), static_cast<int>(plain.size()), out.data(), n);
-    return out;
+    return Widen(plain, CP_THREAD_ACP);
 }
 
 } // namespace tov::url

@@ -62,6 +62,13 @@ constexpr std::array<bool, 256> kSpecialDecoded = [] {
 
 inline bool OpensReference(const char* p, const char* end) { return end - p >= 2 && p[0] == '&' && p[1] == '#'; }
 
+// Whether p, at or after the end of the last step, opens a reference: an opener counts right after a step
+// or after a "+".
+inline bool OpensReferenceAfterStep(const char* p, const char* stepEnd, const char* end)
+{
+    return p >= stepEnd && OpensReference(p, end) && (p == stepEnd || p[-1] == '+');
+}
+
 // Bit i set when byte i of the 64 at p is "%" or "+". The comparisons are written byte by byte, which
 // compilers turn into vector compares; the multiplication gathers a word's eight 0/1 bytes into its top
 // byte without carries (bytes in memory order: little-endian only).
@@ -78,18 +85,26 @@ inline uint64_t StopBits64(const char* p)
     return bits;
 }
 
+// The index of the lowest set bit of a mask that has one: without the case of no bit, which
+// std::countr_zero has to answer and x86-64 without BMI answers with a branch.
+inline int LowestBit(uint64_t nonZero)
+{
+#if defined(__GNUC__)
+    return __builtin_ctzll(nonZero);
+#else
+    return std::countr_zero(nonZero);
+#endif
+}
+
 #if defined(__SSE2__)
 // With vector instructions a "+" is turned into a blank while its run is copied, so the stops are only
-// "%" and a "+" right before "&#" (which opens a reference after it). Bit i set for such a byte i of the
-// 64 at p; reads 66 bytes.
+// "%" and "#", whose "&" before it may open a reference. Bit i set for such a byte i of the 64 at p.
 inline uint64_t VectorStopBits64(const char* p)
 {
     uint64_t bits = 0;
     for (int i = 0; i < 4; ++i) {
-        const auto at = [&](int offset, char c) {
-            return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * i + offset)), _mm_set1_epi8(c));
-        };
-        const __m128i stops = _mm_or_si128(at(0, '%'), _mm_and_si128(at(0, '+'), _mm_and_si128(at(1, '&'), at(2, '#'))));
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * i));
+        const __m128i stops = _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('%')), _mm_cmpeq_epi8(v, _mm_set1_epi8('#')));
         bits |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(stops))) << (16 * i);
     }
     return bits;
@@ -185,34 +200,51 @@ public:
         if constexpr (Vector) {
             // Two blocks at a time, one loop over both masks (the mask in use picked by a select): the
             // loop's end, which no predictor can know, comes once per 128 bytes.
+            //
+            // A block ends where it ends, often inside a run, whose rest is copied with it. Then p is no
+            // step's end, and an "&" at the start of the next block opens a reference only after where
+            // that run began (runStart) or after a "+" of the run.
+            const char* runStart = p;
+            bool midRun = false;
             while (end - p >= 2 * kBlock + 3 * kSlack) {
                 const char* const block = p;
                 uint64_t low = VectorStopBits64(block), high = VectorStopBits64(block + kBlock);
                 while ((low | high) != 0) {
                     const bool inLow = low != 0;
                     const uint64_t mask = inLow ? low : high;
-                    const char* const s = block + (inLow ? 0 : kBlock) + std::countr_zero(mask);
+                    const char* const s = block + (inLow ? 0 : kBlock) + LowestBit(mask);
                     const uint64_t cleared = mask & (mask - 1);
                     low = inLow ? cleared : low;
                     high = inLow ? high : cleared;
                     if (s < p) [[unlikely]] continue; // inside an escape decoded already
-                    CopyOverWithBlanks(out, p, static_cast<size_t>(s - p));
-                    out += s - p;
-                    p = s;
-                    const unsigned char decoded = DecodeEscape(p[1], p[2]);
-                    if (*p == '%' && !kSpecialDecoded[decoded]) [[likely]] {
-                        *out++ = static_cast<char>(decoded);
-                        p += 3;
-                        if (p[0] != '&' || p[1] != '#') [[likely]] continue;
-                    } else if (*p == '+') {
-                        *out++ = ' ';
-                        ++p;
-                    } else if (decoded != '&' || !QuickReference(p, out)) {
-                        const Cursor c = SpecialEscape({p, out}, decoded);
-                        p = c.in;
-                        out = c.out;
+                    if (*s == '%') [[likely]] {
+                        CopyOverWithBlanks(out, p, static_cast<size_t>(s - p));
+                        out += s - p;
+                        p = s;
+                        const unsigned char decoded = DecodeEscape(p[1], p[2]);
+                        if (!kSpecialDecoded[decoded]) [[likely]] {
+                            *out++ = static_cast<char>(decoded);
+                            p += 3;
+                            continue;
+                        }
+                        if (decoded != '&' || !QuickReference(p, out)) {
+                            const Cursor c = SpecialEscape({p, out}, decoded);
+                            p = c.in;
+                            out = c.out;
+                        }
+                    } else { // a "#", after an "&" that may open a reference
+                        const char* const stepEnd = p == block && midRun ? runStart : p;
+                        if (s <= stepEnd || !OpensReferenceAfterStep(s - 1, stepEnd, end)) continue; // text
+                        const char* const amp = s - 1;
+                        if (amp < p) { // copied already with the end of the previous block
+                            out -= p - amp;
+                        } else {
+                            CopyOverWithBlanks(out, p, static_cast<size_t>(amp - p));
+                            out += amp - p;
+                        }
+                        p = amp;
+                        references();
                     }
-                    if (OpensReference(p, end)) references();
                     // Stops inside what was decoded are passed over.
                     const ptrdiff_t done = p - block;
                     if (done >= 2 * kBlock) break;
@@ -224,11 +256,21 @@ public:
                     }
                 }
                 const char* const blockEnd = block + 2 * kBlock;
-                if (p < blockEnd) {
+                midRun = p < blockEnd;
+                if (midRun) {
+                    runStart = p;
                     CopyOverWithBlanks(out, p, static_cast<size_t>(blockEnd - p));
                     out += blockEnd - p;
                     p = blockEnd;
                 }
+            }
+            // The run copied last may end in the "&" of an opener, or right before one.
+            if (midRun && OpensReferenceAfterStep(p - 1, runStart, end)) {
+                --out;
+                --p;
+                references();
+            } else if (OpensReferenceAfterStep(p, midRun ? runStart : p, end)) {
+                references();
             }
         }
 #endif

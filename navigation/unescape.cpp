@@ -160,10 +160,11 @@ struct Cursor {
     char* out;
 };
 
-class Unescaper {
+// Vector: the scans with vector instructions (the stops and the terminator search) rather than portable ones.
+template <bool Vector> class Unescaper {
 public:
-    Unescaper(const char* end, uint32_t flags, const AnsiConverter& ansi, bool vector)
-        : m_end(end), m_flags(flags), m_ansi(ansi), m_vector(vector)
+    Unescaper(const char* end, uint32_t flags, const AnsiConverter& ansi)
+        : m_end(end), m_flags(flags), m_ansi(ansi)
     {
     }
 
@@ -173,7 +174,7 @@ public:
     //
     // The output never gets ahead of the input, which lets runs be copied in whole 16-byte pieces while
     // 16 more bytes of input follow; the bytes written past a run are overwritten by what comes next.
-    template <bool Vector> size_t Run(const char* p, char* dest)
+    size_t Run(const char* p, char* dest)
     {
         const char* const end = m_end;
         char* out = dest;
@@ -452,7 +453,7 @@ private:
             return which == m_live;
         };
 #if defined(__SSE2__)
-        if (m_vector) {
+        if constexpr (Vector) {
             for (; end - pos >= 17; pos += 16) {
                 const __m128i here = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pos));
                 const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pos + 1));
@@ -503,7 +504,6 @@ private:
     const char* const m_end;
     const uint32_t m_flags;
     const AnsiConverter& m_ansi;
-    const bool m_vector; // the terminator search with vector instructions as well
     size_t m_live = 0; // the terminators before this one occur nowhere after the position
     std::array<const char*, kTerminators.size()> m_firstAfter{};
 };
@@ -519,7 +519,7 @@ template <bool Vector> size_t Unescape(const char* source, size_t length, char* 
         *dest = '\0';
         return 0;
     }
-    return Unescaper(source + length, flags, ansi, Vector).Run<Vector>(source, dest);
+    return Unescaper<Vector>(source + length, flags, ansi).Run(source, dest);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <ws2tcpip.h>
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 #include "engine/this_module.h"
 #include "framework/hresult_error.h"
 
@@ -150,33 +151,31 @@ bool DevToolsConnection::Alive() const
 void DevToolsConnection::SendFrame(ws::Opcode opcode, const std::string& payload)
 {
     std::unique_lock<std::mutex> hold(m_sendLock);
-    bool sent = SendHeldLocked();
-    if (opcode == ws::Opcode::Text) TraceMessage(">", payload);
-    sent = sent && m_socket != INVALID_SOCKET && SendAll(m_socket, ws::EncodeClientFrame(opcode, payload, RandomMask()));
+    const bool sent = SendHeldLocked() && WriteFrameLocked(opcode, payload);
+    hold.unlock();
+    if (!sent) Fail();
+}
+
+void DevToolsConnection::SendHeld()
+{
+    std::unique_lock<std::mutex> hold(m_sendLock);
+    const bool sent = SendHeldLocked();
     hold.unlock();
     if (!sent) Fail();
 }
 
 bool DevToolsConnection::SendHeldLocked()
 {
-    for (const auto& text : m_held) {
-        TraceMessage(">", text);
-        if (m_socket == INVALID_SOCKET || !SendAll(m_socket, ws::EncodeClientFrame(ws::Opcode::Text, text, RandomMask()))) {
-            m_held.clear();
-            return false;
-        }
+    for (const std::string& text : std::exchange(m_held, {})) {
+        if (!WriteFrameLocked(ws::Opcode::Text, text)) return false;
     }
-    m_held.clear();
     return true;
 }
 
-void DevToolsConnection::SendHeld()
+bool DevToolsConnection::WriteFrameLocked(ws::Opcode opcode, const std::string& payload)
 {
-    std::unique_lock<std::mutex> hold(m_sendLock);
-    if (m_held.empty()) return;
-    const bool sent = SendHeldLocked();
-    hold.unlock();
-    if (!sent) Fail();
+    if (opcode == ws::Opcode::Text) TraceMessage(">", payload);
+    return m_socket != INVALID_SOCKET && SendAll(m_socket, ws::EncodeClientFrame(opcode, payload, RandomMask()));
 }
 
 void DevToolsConnection::SendAfterHandler(const std::string& method, Json params, const std::string& session)

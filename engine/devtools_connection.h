@@ -66,6 +66,8 @@ private:
     void SendFrame(ws::Opcode opcode, const std::string& payload);
     // Sends what SendAfterHandler held back; m_sendLock is held.
     bool SendHeldLocked();
+    // One frame on the socket, traced when it is text; m_sendLock is held.
+    bool WriteFrameLocked(ws::Opcode opcode, const std::string& payload);
     void SendHeld();
     // `urgent` items (paused requests) may also be run by a waiting call.
     void Queue(std::function<void()> item, bool urgent = false);

@@ -2,6 +2,7 @@
 #include <shlobj.h>
 #include <cstring>
 #include "framework/bstr.h"
+#include "framework/handles.h"
 
 namespace tovfe {
 
@@ -83,10 +84,7 @@ STDMETHODIMP DragDataStandIn::GetData(FORMATETC* pFormat, STGMEDIUM* pMedium)
     if (QueryGetData(pFormat) != S_OK) return DV_E_FORMATETC;
     HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, m_block.empty() ? 1 : m_block.size());
     if (!memory) return E_OUTOFMEMORY;
-    if (void* p = GlobalLock(memory)) {
-        std::memcpy(p, m_block.data(), m_block.size());
-        GlobalUnlock(memory);
-    }
+    if (const tov::GlobalMemoryLock lock(memory); void* p = lock.As<void>()) std::memcpy(p, m_block.data(), m_block.size());
     pMedium->tymed = TYMED_HGLOBAL;
     pMedium->hGlobal = memory;
     pMedium->pUnkForRelease = nullptr;

@@ -1,7 +1,9 @@
 #include "guicontrol/drag_data.h"
 #include <shlobj.h>
 #include <cstring>
+#include <optional>
 #include "framework/code_pages.h"
+#include "framework/handles.h"
 
 namespace {
 
@@ -11,7 +13,7 @@ public:
     LockedMedium() = default;
     ~LockedMedium()
     {
-        if (m_data) GlobalUnlock(m_medium.hGlobal);
+        m_lock.reset();
         ReleaseStgMedium(&m_medium);
     }
     LockedMedium(const LockedMedium&) = delete;
@@ -22,14 +24,14 @@ public:
     {
         if (m_medium.tymed != TYMED_HGLOBAL || !m_medium.hGlobal) return nullptr;
         m_size = GlobalSize(m_medium.hGlobal);
-        m_data = static_cast<const BYTE*>(GlobalLock(m_medium.hGlobal));
-        return m_data;
+        m_lock.emplace(m_medium.hGlobal);
+        return m_lock->As<const BYTE>();
     }
-    SIZE_T Size() const { return m_data ? m_size : 0; }
+    SIZE_T Size() const { return m_lock && m_lock->As<const BYTE>() ? m_size : 0; }
 
 private:
     STGMEDIUM m_medium{};
-    const BYTE* m_data = nullptr;
+    std::optional<tov::GlobalMemoryLock> m_lock; // unlocked before the medium is released
     SIZE_T m_size = 0;
 };
 

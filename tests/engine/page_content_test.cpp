@@ -2,6 +2,7 @@
 // content, pictures through the temporary file, the page's pixels in the window, a right click.
 #include <cstring>
 #include "engine/engine_fixture.h"
+#include "framework/handles.h"
 #include "frontend/table_standin.h"
 
 namespace tovtest {
@@ -18,10 +19,8 @@ protected:
     // The colour of the browser window's pixel at x, y as the screen shows it.
     COLORREF ScreenPixel(int x, int y) const
     {
-        HDC dc = GetDC(BrowserWindow());
-        const COLORREF colour = GetPixel(dc, x, y);
-        ReleaseDC(BrowserWindow(), dc);
-        return colour;
+        const tov::WindowDc dc(BrowserWindow());
+        return GetPixel(dc.Get(), x, y);
     }
     // A 24-bit picture of one colour, as a BMP file.
     static std::string SolidBmp(int width, int height, BYTE r, BYTE g, BYTE b)

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 #include "support/initialized_control_fixture.h"
+#include "framework/handles.h"
 
 namespace tovtest {
 
@@ -21,9 +22,8 @@ protected:
     // per inch of the control window's screen.
     std::wstring ZoomCall() const
     {
-        HDC dc = GetDC(Window());
-        const int dpi = (GetDeviceCaps(dc, LOGPIXELSX) + GetDeviceCaps(dc, LOGPIXELSY)) / 2;
-        ReleaseDC(Window(), dc);
+        const tov::WindowDc dc(Window());
+        const int dpi = (GetDeviceCaps(dc.Get(), LOGPIXELSX) + GetDeviceCaps(dc.Get(), LOGPIXELSY)) / 2;
         return L"ExecWB(63, 0, I4:" + std::to_wstring(dpi > 100 ? dpi + 5 : 100) + L", <null>)";
     }
     // The browser's calls since the last clear, without the interface queries.

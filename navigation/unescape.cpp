@@ -203,8 +203,8 @@ public:
             // loop's end, which no predictor can know, comes once per 128 bytes.
             //
             // A block ends where it ends, often inside a run, whose rest is copied with it. Then p is no
-            // step's end, and an "&" at the start of the next block opens a reference only after where
-            // that run began (runStart) or after a "+" of the run.
+            // step's end: an "&" copied with that run, or right after it, opens a reference only where the
+            // run began (runStart, the end of the last step) or after one of the run's "+".
             const char* runStart = p;
             bool midRun = false;
             while (end - p >= 2 * kBlock + 3 * kSlack) {

@@ -204,7 +204,7 @@ public:
             //
             // A block ends where it ends, often inside a run, whose rest is copied with it. Then p is no
             // step's end: an "&" copied with that run, or right after it, opens a reference only where the
-            // run began (runStart, the end of the last step) or after one of the run's "+".
+            // run began (runStart, where the last step ended) or after one of the run's "+".
             const char* runStart = p;
             bool midRun = false;
             while (end - p >= 2 * kBlock + 3 * kSlack) {
@@ -257,12 +257,14 @@ public:
                     }
                 }
                 const char* const blockEnd = block + 2 * kBlock;
-                midRun = p < blockEnd;
-                if (midRun) {
-                    runStart = p;
+                if (p < blockEnd) {
+                    if (p != block || !midRun) runStart = p; // else the run began in a block before
+                    midRun = true;
                     CopyOverWithBlanks(out, p, static_cast<size_t>(blockEnd - p));
                     out += blockEnd - p;
                     p = blockEnd;
+                } else {
+                    midRun = false;
                 }
             }
             // The run copied last may end in the "&" of an opener, or right before one.

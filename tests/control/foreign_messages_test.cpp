@@ -4,6 +4,7 @@
 #include <atomic>
 #include <thread>
 #include "support/back_channel_fixture.h"
+#include "support/ocx.h"
 #include "framework/handles.h"
 #include "frontend/folders.h"
 
@@ -30,10 +31,11 @@ protected:
         swprintf(line, 512, L"\"%ls\" %llx %ls %llx %llx %ls", exe.c_str(),
                  static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(Window())), name,
                  static_cast<unsigned long long>(wParam), static_cast<unsigned long long>(lParam), how);
-        STARTUPINFOW si{};
-        si.cb = sizeof si;
         PROCESS_INFORMATION pi{};
-        if (!CreateProcessW(nullptr, line, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) return 99;
+        if (!StartProcess(line, pi)) {
+            ADD_FAILURE() << "the sender did not start: error " << GetLastError();
+            return 99;
+        }
         CloseHandle(pi.hThread);
         tov::UniqueKernelHandle process(pi.hProcess);
         HANDLE h = process.Get();

@@ -74,8 +74,8 @@ TEST_F(Registration, RegisterWritesEveryEntryAndTwiceChangesNothing)
         {kClassKey + L"\\TypeLib", clsid}, // as the front end has always found it: the class's identity, not the library's
     };
     for (const auto& [key, value] : values) EXPECT_EQ(value, ReadString(HKEY_CLASSES_ROOT, key)) << key;
-    for (const std::wstring empty : {progId + L".1\\Insertable", kClassKey + L"\\Programmable", kClassKey + L"\\Control",
-                                     kClassKey + L"\\Insertable"})
+    for (const std::wstring& empty : {progId + L".1\\Insertable", kClassKey + L"\\Programmable", kClassKey + L"\\Control",
+                                      kClassKey + L"\\Insertable"})
         EXPECT_TRUE(KeyExists(HKEY_CLASSES_ROOT, empty)) << empty;
     const std::wstring module = OcxPath();
     EXPECT_EQ(Lower(module), Lower(ReadString(HKEY_CLASSES_ROOT, kClassKey + L"\\InprocServer32")));

@@ -41,12 +41,21 @@ tov::ComPtr<ITOVHTMLControl> Ocx::CreateControl() const
     return control;
 }
 
+bool StartProcess(const std::wstring& commandLine, PROCESS_INFORMATION& started)
+{
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        if (attempt) Sleep(200);
+        STARTUPINFOW si{sizeof(si)};
+        std::wstring cmd = commandLine; // CreateProcessW may write to it
+        if (CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &started)) return true;
+    }
+    return false;
+}
+
 int RunProcess(const std::wstring& commandLine, DWORD timeoutMs)
 {
-    STARTUPINFOW si{sizeof(si)};
     PROCESS_INFORMATION pi{};
-    std::wstring cmd = commandLine;
-    if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) return -1;
+    if (!StartProcess(commandLine, pi)) return -1;
     DWORD code = static_cast<DWORD>(-1);
     if (WaitForSingleObject(pi.hProcess, timeoutMs) == WAIT_OBJECT_0) GetExitCodeProcess(pi.hProcess, &code);
     else TerminateProcess(pi.hProcess, 1);

@@ -30,6 +30,10 @@ private:
     HMODULE m_module = nullptr;
 };
 
+// Starts a command line. Under load Wine now and then fails to start a process at all: that is tried
+// again a few times, as it says nothing about what the test checks. False, with the last error set,
+// when it never started.
+bool StartProcess(const std::wstring& commandLine, PROCESS_INFORMATION& started);
 // Runs a command line and waits; returns the process exit code, or -1 when it could not start.
 int RunProcess(const std::wstring& commandLine, DWORD timeoutMs = 120000);
 

@@ -12,7 +12,7 @@
 #include <string>
 #include "engine/browser_view.h"
 #include "engine/page.h"
-#include "engine/web_browser_stubs.h"
+#include "framework/web_browser_stubs.h"
 #include "framework/com_ptr.h"
 #include "framework/connection_points.h"
 #include "framework/object_root.h"
@@ -25,7 +25,7 @@ class CEngineBrowser : public tov::ObjectRoot,
                        public IOleObject,
                        public IOleInPlaceObject,
                        public IOleInPlaceActiveObject,
-                       public WebBrowser2Stubs,
+                       public tov::WebBrowser2Stubs,
                        public IOleCommandTarget,
                        public tov::ConnectionPointContainerImpl,
                        public PageListener,

@@ -4,7 +4,7 @@
 #include <windows.h>
 #include <exdisp.h>
 #include <string>
-#include "engine/web_browser_stubs.h"
+#include "framework/web_browser_stubs.h"
 #include "framework/com_ptr.h"
 #include "framework/object_root.h"
 
@@ -12,7 +12,7 @@ namespace tovengine {
 
 class CEngineBrowser;
 
-class CEngineFrame final : public tov::ObjectRoot, public WebBrowser2Stubs {
+class CEngineFrame final : public tov::ObjectRoot, public tov::WebBrowser2Stubs {
 public:
     static tov::ComPtr<CEngineFrame> Create(CEngineBrowser& top, std::string frameId);
     // The top browser goes away: the frame answers E_FAIL from now on.

@@ -18,6 +18,7 @@
 #include "framework/handles.h"
 #include "framework/object_root.h"
 #include "framework/variant.h"
+#include "framework/web_browser_stubs.h"
 
 namespace tovfe {
 
@@ -25,7 +26,7 @@ class ScriptedBrowser final : public tov::ObjectRoot,
                               public IOleObject,
                               public IOleInPlaceObject,
                               public IOleInPlaceActiveObject,
-                              public IWebBrowser2,
+                              public tov::WebBrowser2Stubs,
                               public IOleCommandTarget,
                               public tov::ConnectionPointContainerImpl {
 public:
@@ -153,65 +154,18 @@ public:
     STDMETHODIMP Refresh2(VARIANT* Level) override;
     STDMETHODIMP Stop() override;
     STDMETHODIMP get_Application(IDispatch** ppDisp) override;
-    STDMETHODIMP get_Parent(IDispatch** pp) override { return NotImplemented(pp); }
-    STDMETHODIMP get_Container(IDispatch** pp) override { return NotImplemented(pp); }
     STDMETHODIMP get_Document(IDispatch** ppDisp) override;
-    STDMETHODIMP get_TopLevelContainer(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Type(BSTR* pp) override { return NotImplemented(pp); }
-    STDMETHODIMP get_Left(LONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Left(LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Top(LONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Top(LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Width(LONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Width(LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Height(LONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Height(LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP get_LocationName(BSTR* pp) override { return NotImplemented(pp); }
     STDMETHODIMP get_LocationURL(BSTR* LocationURL) override;
-    STDMETHODIMP get_Busy(VARIANT_BOOL*) override { return E_NOTIMPL; }
 
     // IWebBrowserApp
     STDMETHODIMP Quit() override;
-    STDMETHODIMP ClientToWindow(int*, int*) override { return E_NOTIMPL; }
-    STDMETHODIMP PutProperty(BSTR, VARIANT) override { return E_NOTIMPL; }
-    STDMETHODIMP GetProperty(BSTR, VARIANT*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Name(BSTR* pp) override { return NotImplemented(pp); }
     STDMETHODIMP get_HWND(SHANDLE_PTR* pHWND) override;
-    STDMETHODIMP get_FullName(BSTR* pp) override { return NotImplemented(pp); }
-    STDMETHODIMP get_Path(BSTR* pp) override { return NotImplemented(pp); }
-    STDMETHODIMP get_Visible(VARIANT_BOOL*) override { return E_NOTIMPL; }
     STDMETHODIMP put_Visible(VARIANT_BOOL Value) override;
-    STDMETHODIMP get_StatusBar(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_StatusBar(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_StatusText(BSTR* pp) override { return NotImplemented(pp); }
-    STDMETHODIMP put_StatusText(BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP get_ToolBar(int*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_ToolBar(int) override { return E_NOTIMPL; }
-    STDMETHODIMP get_MenuBar(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_MenuBar(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_FullScreen(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_FullScreen(VARIANT_BOOL) override { return E_NOTIMPL; }
 
     // IWebBrowser2
     STDMETHODIMP Navigate2(VARIANT* URL, VARIANT* Flags, VARIANT* TargetFrameName, VARIANT* PostData, VARIANT* Headers) override;
-    STDMETHODIMP QueryStatusWB(OLECMDID, OLECMDF*) override { return E_NOTIMPL; }
     STDMETHODIMP ExecWB(OLECMDID cmdID, OLECMDEXECOPT cmdexecopt, VARIANT* pvaIn, VARIANT* pvaOut) override;
-    STDMETHODIMP ShowBrowserBar(VARIANT*, VARIANT*, VARIANT*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_ReadyState(READYSTATE*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Offline(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Offline(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Silent(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Silent(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_RegisterAsBrowser(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_RegisterAsBrowser(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_RegisterAsDropTarget(VARIANT_BOOL*) override { return E_NOTIMPL; }
     STDMETHODIMP put_RegisterAsDropTarget(VARIANT_BOOL bRegister) override;
-    STDMETHODIMP get_TheaterMode(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_TheaterMode(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_AddressBar(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_AddressBar(VARIANT_BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Resizable(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Resizable(VARIANT_BOOL) override { return E_NOTIMPL; }
 
     // IOleCommandTarget
     STDMETHODIMP QueryStatus(const GUID* pguidCmdGroup, ULONG cCmds, OLECMD prgCmds[], OLECMDTEXT* pCmdText) override;
@@ -226,11 +180,6 @@ private:
 
     // Records the call; answers the failure planned for it, or throws AskedToThrow.
     HRESULT Record(std::wstring name, std::vector<std::wstring> args = {});
-    template <class T> static HRESULT NotImplemented(T** pp)
-    {
-        if (pp) *pp = nullptr;
-        return E_NOTIMPL;
-    }
     const tov::EventConnectionPoint* PointFor(REFIID eventsIid) const;
 
     // A connection point whose Advise and Unadvise are recorded and can be made to fail.

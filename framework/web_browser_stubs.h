@@ -4,7 +4,7 @@
 #include <windows.h>
 #include <exdisp.h>
 
-namespace tovengine {
+namespace tov {
 
 class WebBrowser2Stubs : public IWebBrowser2 {
 protected:
@@ -81,4 +81,4 @@ public:
     STDMETHODIMP put_Resizable(VARIANT_BOOL) override { return E_NOTIMPL; }
 };
 
-} // namespace tovengine
+} // namespace tov

@@ -234,7 +234,6 @@ private:
     HRESULT CheckMetaTag(std::wstring_view url);
     tov::Bstr CreateTempFile(std::wstring_view url, int placement = 0);
     void CreateOutputFile(std::wstring_view url);
-    HRESULT DeleteTempFiles();
     // "WM_TOV_WANTKEY": 1 when the control wants the key of the message record behind wParam.
     LRESULT OnTOVWantKey(WPARAM wParam);
     // Stops, quits and forgets every detached browser window.
@@ -247,7 +246,6 @@ private:
     HRESULT GetScriptFromITab(IDispatch* table, int kind);
     void InternalExecuteScript(const std::string& script);
     tov::ComPtr<IHTMLDocument2> CurrentDocument(const CTraceScope& scope);
-    void DeleteSourceFiles() noexcept;
     // Icon-font requests: the reply to an XML request (true when there is one), one icon's description.
     bool ParseXMLIconRequest(BSTR request, tov::Bstr& answer);
     tov::Bstr getGUIIconResource(BSTR name);

@@ -158,9 +158,9 @@ void CTOVHTMLControl::TakeDown(TakeDownKind kind)
         // Older Simple Browse dialogs are not referenced, but they are the control's windows too.
         CTovDialogBox::DestroyAllOwnedBy(static_cast<ITOVHTMLControl*>(this));
     }
-    DeleteTempFiles();
+    m_files.DeleteTempFiles();
     if (close) return;
-    DeleteSourceFiles();
+    m_files.DeleteSourceFiles();
     if (m_bEndSessionWithBrowser) EndBrowserSession();
     DisconnectBrowserEvents();
 }

@@ -137,8 +137,3 @@ STDMETHODIMP CTOVHTMLControl::GetCharsetString(BSTR* pstrCharset)
     });
     return S_OK;
 }
-
-void CTOVHTMLControl::DeleteSourceFiles() noexcept
-{
-    m_files.DeleteSourceFiles();
-}

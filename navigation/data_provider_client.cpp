@@ -1,5 +1,5 @@
 // The control's side of the front end's data provider: subtypes, the meta charset of HTML data, temporary
-// files for other data, output copies, and the deletion of the temporary files.
+// files for other data and output copies.
 #include <objbase.h>
 #include "control/automation_call.h"
 #include "framework/code_pages.h"
@@ -183,10 +183,4 @@ void CTOVHTMLControl::CreateOutputFile(std::wstring_view url)
     Bstr empty1(L""), empty2(L""), target(path);
     if (FAILED(provider->SaveDataToFile(empty1.Get(), empty2.Get(), target.Get())))
         scope.Write("pDPShowData->SaveDataToFile() failed", trace::kDetail);
-}
-
-HRESULT CTOVHTMLControl::DeleteTempFiles()
-{
-    m_files.DeleteTempFiles();
-    return S_OK;
 }

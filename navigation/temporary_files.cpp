@@ -52,7 +52,6 @@ void TemporaryFiles::AddTempFile(std::wstring_view url, const Bstr& path)
 void TemporaryFiles::AddSourceFile(std::wstring path)
 {
     m_sourceFiles.push_back(std::move(path));
-    m_bSourceFileCreated = 1;
 }
 
 void TemporaryFiles::DeleteTempFiles() noexcept
@@ -66,7 +65,6 @@ void TemporaryFiles::DeleteSourceFiles() noexcept
 {
     const auto files = std::exchange(m_sourceFiles, {});
     for (const std::wstring& path : files) DeleteMadeFile(path);
-    m_bSourceFileCreated = 0;
 }
 
 } // namespace tov

@@ -22,7 +22,7 @@ public:
     void AddTempFile(std::wstring_view url, const Bstr& path);
     void AddSourceFile(std::wstring path);
     size_t TempFileCount() const noexcept { return m_mapTempFiles.size(); }
-    bool SourceFileCreated() const noexcept { return m_bSourceFileCreated != 0; }
+    bool SourceFileCreated() const noexcept { return !m_sourceFiles.empty(); }
 
     void DeleteTempFiles() noexcept;
     void DeleteSourceFiles() noexcept;
@@ -30,7 +30,6 @@ public:
 private:
     std::multimap<Bstr, Bstr, BstrLocaleLess> m_mapTempFiles;
     std::vector<std::wstring> m_sourceFiles;
-    BOOL m_bSourceFileCreated = 0;
 };
 
 // Deletes one file the control made. A name whose form in the thread's code page the ANSI file functions

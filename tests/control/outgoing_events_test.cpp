@@ -14,6 +14,32 @@ using tovtest::RecordingEventSink;
 using OutgoingEvents = tovtest::BackChannelFixture;
 using BackChannelReentrancy = tovtest::BackChannelFixture;
 
+namespace {
+
+// What a browser being taken down still does from inside Stop, Quit and Close: asks for a context menu
+// through its site while it has one, follows a TOVEVENT link, posts a TOVEVENT form and completes a page.
+struct CallsWhileTakenDown {
+    std::vector<std::wstring> during;  // the browser's methods they came from
+    std::vector<HRESULT> menuAnswers;  // the site's answers
+    std::vector<VARIANT_BOOL> cancels; // Cancel as the control left it, link and post
+};
+
+void CallWhileTakenDown(tovfe::ScriptedBrowser* taken, CallsWhileTakenDown& calls)
+{
+    taken->whileCalled = [taken, &calls](const tovfe::Call& c) {
+        if (c.name != L"Stop" && c.name != L"Quit" && c.name != L"Close") return;
+        calls.during.push_back(c.name);
+        POINT pt{5, 5};
+        if (taken->Site()) calls.menuAnswers.push_back(taken->CallShowContextMenu(CONTEXT_MENU_DEFAULT, &pt));
+        calls.cancels.push_back(taken->ClickLink(L"TOVEVENT:Late").cancel);
+        calls.cancels.push_back(taken->SubmitForm(L"TOVEVENT:LatePost", "a=1").cancel);
+        taken->CompleteTopNavigation(L"http://x/late.htm");
+        taken->CompleteTopDocument(L"http://x/late.htm");
+    };
+}
+
+} // namespace
+
 TEST_F(OutgoingEvents, EveryEventReachesEverySinkInSlotOrderPastAFailingOne)
 {
     RecordingEventSink second;
@@ -188,28 +214,18 @@ TEST_F(BackChannelReentrancy, WhatTheBrowserDoesWhileTakenDownReachesNoOne)
     auto table = tovfe::MakeScriptTable({"submitted();"}, 12);
     ASSERT_EQ(S_OK, control->putref_ScriptOnDataSubmitted(table.Object()));
     ASSERT_EQ(S_OK, control->put_UIFlag(2)); // the front end would be asked for its context menu
-    std::vector<std::wstring> during;
-    std::vector<HRESULT> menuAnswers;
+    CallsWhileTakenDown late;
     tovfe::ScriptedBrowser* taken = browser;
-    taken->whileCalled = [&](const tovfe::Call& c) {
-        if (c.name != L"Stop" && c.name != L"Quit" && c.name != L"Close") return;
-        during.push_back(c.name);
-        POINT pt{5, 5};
-        if (taken->Site()) menuAnswers.push_back(taken->CallShowContextMenu(CONTEXT_MENU_DEFAULT, &pt));
-        taken->ClickLink(L"TOVEVENT:Late");
-        taken->SubmitForm(L"TOVEVENT:LatePost", "a=1");
-        taken->CompleteTopNavigation(L"http://x/late.htm");
-        taken->CompleteTopDocument(L"http://x/late.htm");
-    };
+    CallWhileTakenDown(taken, late);
     sink.events.clear();
     host.Destroy(); // the container's Close, then its release
-    const size_t afterClose = during.size();
+    const size_t afterClose = late.during.size();
     control.Reset(); // the front end's last reference
     taken->whileCalled = nullptr;
     EXPECT_EQ(3u, afterClose) << "Stop, Quit and Close of the container's Close";
-    EXPECT_EQ(6u, during.size()) << "and again from the last release";
-    ASSERT_FALSE(menuAnswers.empty()) << "the browser still had its site inside Stop";
-    for (HRESULT hr : menuAnswers) EXPECT_EQ(S_OK, hr) << "answered: the browser shows no menu of its own";
+    EXPECT_EQ(6u, late.during.size()) << "and again from the last release";
+    ASSERT_FALSE(late.menuAnswers.empty()) << "the browser still had its site inside Stop";
+    for (HRESULT hr : late.menuAnswers) EXPECT_EQ(S_OK, hr) << "answered: the browser shows no menu of its own";
     EXPECT_TRUE(sink.events.empty()) << "nothing reached the front end";
     EXPECT_TRUE(document->Page().scripts.empty()) << "no script ran";
 }
@@ -245,25 +261,14 @@ TEST_F(BackChannelReentrancy, ALastReleaseWithoutCloseAlsoSilencesTheBrowser)
     ASSERT_FALSE(document->Page().scripts.empty()) << "scripts ran while alive";
     document->Page().scripts.clear();
 
-    std::vector<std::wstring> during;
-    std::vector<HRESULT> menuAnswers;
-    std::vector<VARIANT_BOOL> cancels;
-    taken->whileCalled = [&](const tovfe::Call& c) {
-        if (c.name != L"Stop" && c.name != L"Quit" && c.name != L"Close") return;
-        during.push_back(c.name);
-        POINT pt{5, 5};
-        if (taken->Site()) menuAnswers.push_back(taken->CallShowContextMenu(CONTEXT_MENU_DEFAULT, &pt));
-        cancels.push_back(taken->ClickLink(L"TOVEVENT:Late").cancel);
-        cancels.push_back(taken->SubmitForm(L"TOVEVENT:LatePost", "a=1").cancel);
-        taken->CompleteTopNavigation(L"http://x/late.htm");
-        taken->CompleteTopDocument(L"http://x/late.htm");
-    };
+    CallsWhileTakenDown late;
+    CallWhileTakenDown(taken, late);
     other.Reset(); // the front end's last reference; no Close came before it
     taken->whileCalled = nullptr;
-    EXPECT_EQ((std::vector<std::wstring>{L"Stop", L"Quit", L"Close"}), during);
-    ASSERT_FALSE(menuAnswers.empty()) << "the browser still had its site inside Stop";
-    for (HRESULT hr : menuAnswers) EXPECT_EQ(S_OK, hr);
-    for (VARIANT_BOOL cancel : cancels) EXPECT_NE(0, cancel) << "answered with Cancel while silenced";
+    EXPECT_EQ((std::vector<std::wstring>{L"Stop", L"Quit", L"Close"}), late.during);
+    ASSERT_FALSE(late.menuAnswers.empty()) << "the browser still had its site inside Stop";
+    for (HRESULT hr : late.menuAnswers) EXPECT_EQ(S_OK, hr);
+    for (VARIANT_BOOL cancel : late.cancels) EXPECT_NE(0, cancel) << "answered with Cancel while silenced";
     EXPECT_TRUE(heard.events.empty()) << "nothing reached the front end";
     EXPECT_TRUE(document->Page().scripts.empty()) << "no script ran: " << testing::PrintToString(document->Page().scripts.size());
     taken->SetDocument(nullptr);

@@ -43,20 +43,20 @@ public:
     STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
     STDMETHODIMP Close(DWORD dwSaveOption) override;
     STDMETHODIMP SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP GetClipboardData(DWORD, IDataObject** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetClipboardData(DWORD, IDataObject** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP DoVerb(LONG iVerb, LPMSG, IOleClientSite* pActiveSite, LONG, HWND hwndParent, LPCRECT lprcPosRect) override;
-    STDMETHODIMP EnumVerbs(IEnumOLEVERB** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP EnumVerbs(IEnumOLEVERB** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP Update() override { return S_OK; }
     STDMETHODIMP IsUpToDate() override { return S_OK; }
     STDMETHODIMP GetUserClassID(CLSID* pClsid) override;
-    STDMETHODIMP GetUserType(DWORD, LPOLESTR* pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetUserType(DWORD, LPOLESTR* pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP SetExtent(DWORD, SIZEL* size) override;
     STDMETHODIMP GetExtent(DWORD, SIZEL* size) override;
-    STDMETHODIMP Advise(IAdviseSink*, DWORD* pdw) override { return NotImplemented(pdw); }
+    STDMETHODIMP Advise(IAdviseSink*, DWORD* pdw) override { return tov::NotImplemented(pdw); }
     STDMETHODIMP Unadvise(DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP EnumAdvise(IEnumSTATDATA** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP EnumAdvise(IEnumSTATDATA** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP GetMiscStatus(DWORD, DWORD* status) override;
     STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return E_NOTIMPL; }
 
@@ -76,8 +76,8 @@ public:
     STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
 
     // IDispatch: the browser is driven early-bound.
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { return NotImplemented(n); }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetTypeInfoCount(UINT* n) override { return tov::NotImplemented(n); }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
 
@@ -129,12 +129,6 @@ protected:
     bool m_application = false;
 
 private:
-    template <class T> static HRESULT NotImplemented(T* p)
-    {
-        if (p) *p = T{};
-        return E_NOTIMPL;
-    }
-
     // PageListener
     bool OnBeforeNavigate(const Navigation& navigation) override;
     void OnNavigateComplete(const std::string& frameId, const std::wstring& url) override;

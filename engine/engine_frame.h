@@ -21,8 +21,8 @@ public:
     TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override;
 
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { return NotImplemented(n); }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetTypeInfoCount(UINT* n) override { return tov::NotImplemented(n); }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
 

@@ -54,6 +54,13 @@ template <class F> HRESULT GuardedCall(F&& body) noexcept
     }
 }
 
+// The answer of an operation an object does not offer: E_NOTIMPL, with its out-argument cleared.
+template <class T> HRESULT NotImplemented(T* out) noexcept
+{
+    if (out) *out = T{};
+    return E_NOTIMPL;
+}
+
 // Where an object's boundaries report what they caught: the HRESULT and the boundary's name. Objects
 // that keep a trace write it there (the others report nowhere); the report itself never fails.
 class FailureReport {

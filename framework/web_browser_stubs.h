@@ -3,17 +3,11 @@
 // the ones it offers. IUnknown and IDispatch are left to the final class.
 #include <windows.h>
 #include <exdisp.h>
+#include "framework/hresult_error.h"
 
 namespace tov {
 
 class WebBrowser2Stubs : public IWebBrowser2 {
-protected:
-    template <class T> static HRESULT NotImplemented(T* p)
-    {
-        if (p) *p = T{};
-        return E_NOTIMPL;
-    }
-
 public:
     STDMETHODIMP GoBack() override { return E_NOTIMPL; }
     STDMETHODIMP GoForward() override { return E_NOTIMPL; }

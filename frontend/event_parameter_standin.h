@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 #include "frontend/frontend_container.h"
+#include "framework/hresult_error.h"
 
 namespace tovfe {
 
@@ -77,7 +78,7 @@ public:
     STDMETHODIMP QueryGetData(FORMATETC* pFormat) override;
     STDMETHODIMP GetCanonicalFormatEtc(FORMATETC*, FORMATETC* pOut) override;
     STDMETHODIMP SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP EnumFormatEtc(DWORD, IEnumFORMATETC** pp) override { if (pp) *pp = nullptr; return E_NOTIMPL; }
+    STDMETHODIMP EnumFormatEtc(DWORD, IEnumFORMATETC** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP DAdvise(FORMATETC*, DWORD, IAdviseSink*, DWORD*) override { return OLE_E_ADVISENOTSUPPORTED; }
     STDMETHODIMP DUnadvise(DWORD) override { return OLE_E_ADVISENOTSUPPORTED; }
     STDMETHODIMP EnumDAdvise(IEnumSTATDATA** pp) override { if (pp) *pp = nullptr; return OLE_E_ADVISENOTSUPPORTED; }

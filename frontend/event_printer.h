@@ -9,6 +9,7 @@
 #include <vector>
 #include "framework/com_ptr.h"
 #include "framework/object_root.h"
+#include "framework/hresult_error.h"
 
 namespace tovfe {
 
@@ -19,7 +20,7 @@ public:
     TOV_IUNKNOWN_DELEGATING
     void* FindInterface(REFIID riid) noexcept override;
     STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return S_OK; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { if (pp) *pp = nullptr; return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override;
 

@@ -19,6 +19,7 @@
 #include "framework/object_root.h"
 #include "framework/variant.h"
 #include "framework/web_browser_stubs.h"
+#include "framework/hresult_error.h"
 
 namespace tovfe {
 
@@ -106,20 +107,20 @@ public:
     STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
     STDMETHODIMP Close(DWORD dwSaveOption) override;
     STDMETHODIMP SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP GetClipboardData(DWORD, IDataObject** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetClipboardData(DWORD, IDataObject** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP DoVerb(LONG iVerb, LPMSG, IOleClientSite*, LONG, HWND hwndParent, LPCRECT lprcPosRect) override;
-    STDMETHODIMP EnumVerbs(IEnumOLEVERB** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP EnumVerbs(IEnumOLEVERB** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP Update() override { return S_OK; }
     STDMETHODIMP IsUpToDate() override { return S_OK; }
     STDMETHODIMP GetUserClassID(CLSID* pClsid) override;
-    STDMETHODIMP GetUserType(DWORD, LPOLESTR* pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetUserType(DWORD, LPOLESTR* pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP SetExtent(DWORD, SIZEL*) override { return S_OK; }
     STDMETHODIMP GetExtent(DWORD, SIZEL*) override { return E_NOTIMPL; }
-    STDMETHODIMP Advise(IAdviseSink*, DWORD* pdw) override { if (pdw) *pdw = 0; return E_NOTIMPL; }
+    STDMETHODIMP Advise(IAdviseSink*, DWORD* pdw) override { return tov::NotImplemented(pdw); }
     STDMETHODIMP Unadvise(DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP EnumAdvise(IEnumSTATDATA** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP EnumAdvise(IEnumSTATDATA** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP GetMiscStatus(DWORD, DWORD* pdw) override { if (!pdw) return E_POINTER; *pdw = 0; return S_OK; }
     STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return E_NOTIMPL; }
 
@@ -139,8 +140,8 @@ public:
     STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
 
     // IDispatch: nothing calls the browser late-bound.
-    STDMETHODIMP GetTypeInfoCount(UINT* n) override { if (n) *n = 0; return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return NotImplemented(pp); }
+    STDMETHODIMP GetTypeInfoCount(UINT* n) override { return tov::NotImplemented(n); }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** pp) override { return tov::NotImplemented(pp); }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
 

@@ -5,6 +5,7 @@
 #include <windows.h>
 #include <ole2.h>
 #include "framework/com_ptr.h"
+#include "framework/hresult_error.h"
 #include "framework/simple_object.h"
 
 namespace tovtest {
@@ -37,8 +38,8 @@ public:
 
     // IOleClientSite
     STDMETHODIMP SaveObject() override { return S_OK; }
-    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** ppmk) override { return Nothing(ppmk); }
-    STDMETHODIMP GetContainer(IOleContainer** ppContainer) override { return Nothing(ppContainer); }
+    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** ppmk) override { return tov::NotImplemented(ppmk); }
+    STDMETHODIMP GetContainer(IOleContainer** ppContainer) override { return tov::NotImplemented(ppContainer); }
     STDMETHODIMP ShowObject() override { return S_OK; }
     STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
     STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
@@ -68,11 +69,6 @@ public:
     STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }
 
 private:
-    template <class T> static HRESULT Nothing(T** pp)
-    {
-        if (pp) *pp = nullptr;
-        return E_NOTIMPL;
-    }
     HWND m_window = nullptr;
 };
 
